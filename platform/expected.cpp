@@ -1,0 +1,14 @@
+#include "platform/expected.h"
+
+#include <cstring>
+
+namespace kavor {
+
+std::string Error::message() const {
+  if (sysErrno == 0) return context;
+  return context + ": " + std::strerror(sysErrno);
+}
+
+Error ioError(std::string context, int err) { return Error{ErrorKind::io, std::move(context), err}; }
+
+}  // namespace kavor

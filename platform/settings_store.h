@@ -1,0 +1,94 @@
+#pragma once
+// The per-user settings store: typed values under text keys, plus the notifications that tell
+// every window when shared settings changed. Backends: a property-list file, or memory for tests.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/expected.h"
+#include "platform/notification_center.h"
+#include "platform/plist_value.h"
+
+namespace kavor {
+
+// One row of a named list: the name shown in a combo box and the text it stands for.
+struct ListEntry {
+  std::string name;
+  std::string text;
+  bool operator==(const ListEntry&) const = default;
+};
+using NamedList = std::vector<ListEntry>;
+
+// A named list as read from the store: absent (or not an array at all), usable, or corrupt
+// (an element that is not an array of at least two strings).
+struct NamedListRead {
+  enum class Status { absent, ok, corrupt };
+  Status status = Status::absent;
+  NamedList list;
+};
+
+class SettingsStore {
+ public:
+  virtual ~SettingsStore();
+
+  virtual std::optional<PlistValue> value(std::string_view key) const = 0;
+  virtual Status setValue(std::string_view key, PlistValue value) = 0;
+  virtual Status removeValue(std::string_view key) = 0;
+  // Between begin and end, a backend may hold writes back and make them as one.
+  virtual void beginBatch() {}
+  virtual Status endBatch() { return okStatus(); }
+
+  // Typed reads convert as the platform's defaults do; an absent or unusable value reads as
+  // false, 0, 0.0 or none.
+  bool boolValue(std::string_view key) const;
+  int64_t integerValue(std::string_view key) const;
+  double doubleValue(std::string_view key) const;
+  std::optional<std::string> stringValue(std::string_view key) const;
+  NamedListRead namedList(std::string_view key) const;
+  bool contains(std::string_view key) const { return value(key).has_value(); }
+
+  Status setBool(std::string_view key, bool v) { return setValue(key, PlistValue(v)); }
+  Status setInteger(std::string_view key, int64_t v) { return setValue(key, PlistValue(v)); }
+  Status setDouble(std::string_view key, double v) { return setValue(key, PlistValue(v)); }
+  Status setString(std::string_view key, std::string v) { return setValue(key, PlistValue(std::move(v))); }
+  Status setNamedList(std::string_view key, const NamedList& list);
+
+  NotificationCenter& notifications() { return notifications_; }
+
+ private:
+  NotificationCenter notifications_;
+};
+
+// Groups writes for the lifetime of the scope.
+class SettingsBatch {
+ public:
+  explicit SettingsBatch(SettingsStore& store) : store_(store) { store_.beginBatch(); }
+  ~SettingsBatch() { (void)store_.endBatch(); }
+  SettingsBatch(const SettingsBatch&) = delete;
+  SettingsBatch& operator=(const SettingsBatch&) = delete;
+
+ private:
+  SettingsStore& store_;
+};
+
+// Converts a stored value the way the store's typed reads do.
+NamedListRead namedListFromPlist(const PlistValue& value);
+PlistValue namedListToPlist(const NamedList& list);
+
+class MemorySettingsStore final : public SettingsStore {
+ public:
+  std::optional<PlistValue> value(std::string_view key) const override;
+  Status setValue(std::string_view key, PlistValue value) override;
+  Status removeValue(std::string_view key) override;
+  const PlistDict& all() const { return values_; }
+  int writeCount() const { return writes_; }
+
+ private:
+  PlistDict values_;
+  int writes_ = 0;
+};
+
+}  // namespace kavor

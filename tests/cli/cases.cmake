@@ -1,0 +1,1 @@
+# Cases are added by the commands they test.

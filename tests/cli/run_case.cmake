@@ -1,0 +1,19 @@
+# Runs one golden case: CLI with ARGS (joined by the unit separator), STDIN as standard input when given;
+# standard output must equal EXPECTED byte for byte and the exit status EXPECTED_EXIT.
+string(ASCII 31 sep)
+string(REPLACE "${sep}" ";" args "${ARGS}")
+if(STDIN)
+  execute_process(COMMAND ${CLI} ${args} INPUT_FILE ${STDIN}
+                  OUTPUT_VARIABLE out ERROR_VARIABLE err RESULT_VARIABLE status)
+else()
+  execute_process(COMMAND ${CLI} ${args}
+                  OUTPUT_VARIABLE out ERROR_VARIABLE err RESULT_VARIABLE status)
+endif()
+if(NOT "${status}" STREQUAL "${EXPECTED_EXIT}")
+  message(FATAL_ERROR "exit status ${status}, expected ${EXPECTED_EXIT}\nstderr:\n${err}")
+endif()
+file(READ ${EXPECTED} expected)
+if(NOT "${out}" STREQUAL "${expected}")
+  file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/actual.out "${out}")
+  message(FATAL_ERROR "output differs from ${EXPECTED}\n--- got:\n${out}\n--- stderr:\n${err}")
+endif()
