@@ -10,6 +10,8 @@
 
 #include "platform/settings_store.h"
 
+struct stat;
+
 namespace kavor {
 
 class FileSettingsStore final : public SettingsStore {
@@ -34,14 +36,21 @@ class FileSettingsStore final : public SettingsStore {
     uint64_t inode = 0;
     bool operator==(const Stamp&) const = default;
   };
+  static Stamp stampFrom(const struct stat& info);
   Stamp stampOfFile() const;
   void reloadIfChanged() const;
   void load() const;
+  void keepAside() const;
+  void removeStaleTemporaries() const;
+  void remember(std::string_view key, std::optional<PlistValue> value);
   Status write();
 
   std::filesystem::path file_;
   mutable PlistValue values_{PlistDict{}};
   mutable Stamp loaded_;
+  mutable bool loadedOnce_ = false;
+  // An existing file could be neither read nor moved aside: writing would destroy it.
+  mutable bool unreadableInPlace_ = false;
   mutable std::optional<std::filesystem::path> setAside_;
   // Keys changed since the last write, replayed over a newer file before writing it.
   std::vector<std::pair<std::string, std::optional<PlistValue>>> pending_;

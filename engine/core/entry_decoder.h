@@ -1,0 +1,50 @@
+#pragma once
+// Decodes what "log show --style json" prints into an EntryList while the bytes arrive: the
+// output is cut between elements of its top-level array into pieces of a few hundred kilobytes,
+// and each piece is parsed and stored before the next is read. Memory stays bounded by the piece
+// size plus the compact list, whatever the size of the output (also beyond 4 GiB).
+//
+// Not thread-safe: one decoder per run, used by one thread at a time.
+
+#include <cstddef>
+#include <memory>
+#include <span>
+#include <string_view>
+
+#include "engine/core/entry_list.h"
+#include "platform/expected.h"
+
+namespace kavor {
+
+class EntryDecoder {
+ public:
+  EntryDecoder();
+  ~EntryDecoder();
+  EntryDecoder(const EntryDecoder&) = delete;
+  EntryDecoder& operator=(const EntryDecoder&) = delete;
+
+  // Room for at least `atLeast` new bytes; write into it, then commit what was written.
+  std::span<char> prepare(size_t atLeast = size_t{1} << 16);
+  // Takes `count` bytes written into the last prepared room. Once the output is known not to
+  // decode, further bytes are ignored and finish() reports why.
+  void commit(size_t count);
+  // Copies and commits.
+  void feed(std::string_view bytes);
+
+  // Ends the output. The entries, or why the output does not decode: empty output, not an
+  // array, cut short, malformed JSON, invalid UTF-8.
+  Expected<EntryList> finish();
+
+  size_t bytesSeen() const { return bytesSeen_; }
+  size_t entriesDecoded() const;
+
+ private:
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
+  size_t bytesSeen_ = 0;
+};
+
+// The whole output at once.
+Expected<EntryList> decodeEntries(std::string_view bytes);
+
+}  // namespace kavor

@@ -1,0 +1,57 @@
+#pragma once
+// One main window's document: the entries of its last fetch, the time window that was asked
+// for, and the chart data computed from them. It lives as long as its window, and the fields
+// of one document never affect another's.
+
+#include <cstdint>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "engine/core/entry_list.h"
+#include "platform/clock.h"
+#include "platform/operation_queue.h"
+
+namespace kavor {
+
+class Document {
+ public:
+  static constexpr int64_t kInitialBinCount = 50;
+  static constexpr int kMaxConcurrentOperations = 4;
+
+  // Both ends of the time window start at the clock's now.
+  explicit Document(const Clock& clock);
+  Document(const Document&) = delete;
+  Document& operator=(const Document&) = delete;
+
+  // Documents are saved only when the user asks.
+  static constexpr bool autosavesInPlace() { return false; }
+
+  // Fetch data, written on the main thread (the time window before a fetch, the entries after).
+  EntryList theJSONDictionaries;
+  double startDate = 0;  // absolute time, seconds since 2001
+  double endDate = 0;
+
+  // Chart data. The per-entry arrays are written on processingQueue, the rest on the main
+  // thread, never both at once.
+  std::vector<double> logTimes;
+  std::vector<std::string> logSubsys;
+  std::set<std::string> logSSystTypes;  // ordered by byte, which the subsystem menu needs
+  std::vector<std::string> popSSystTypes;
+  std::vector<int64_t> logSSystIndexes;
+  std::vector<int64_t> logBarValue;
+  std::vector<std::string> logBarLabel;
+  std::vector<double> logBarDate;  // absolute times
+  int64_t logSSystCount = 0;
+  int64_t theNoBins = kInitialBinCount;
+
+  // Names the document's windows; set after each fetch.
+  std::string displayName;
+
+  // Where the chart preparation runs. Declared last so that it is destroyed first: its
+  // destructor waits for operations that still write the fields above.
+  std::unique_ptr<OperationQueue> processingQueue;
+};
+
+}  // namespace kavor

@@ -1,0 +1,178 @@
+#include "engine/query/main_settings_store.h"
+
+#include <array>
+#include <utility>
+
+namespace kavor {
+
+namespace {
+
+bool hasSignposts(const MainSettings& settings) {
+  return settings.osVersion >= kFirstSignpostOsVersion;
+}
+
+// One of the three lists with everything the load and reload treat alike.
+struct ListSlot {
+  NamedList& list;
+  ComboBoxModel& box;
+  std::string& shown;
+  std::string_view listKey;
+  std::string_view indexKey;
+  // The predicate box always ends up on a row; the other two keep a stored -1 as "typed".
+  bool negativeIndexSelectsRowZero;
+  NamedList (*factoryList)(int osVersion);
+};
+
+NamedList factoryPredicates(int) {
+  return factoryPredicateList();
+}
+NamedList factoryFilters(int) {
+  return factoryFilterList();
+}
+
+std::array<ListSlot, 3> listSlots(MainSettings& s) {
+  return {{
+      {s.specPredList, s.comboPredicate, s.thePredicateStr, kSpecPredListKey, kPopupPredicateKey,
+       true, &factoryPredicates},
+      {s.specFiltList, s.comboFilter, s.theFilterStr, kSpecFiltListKey, kPopupFilterKey, false,
+       &factoryFilters},
+      {s.specStyleList, s.comboStyle, s.theStyleStr, kSpecStyleListKey, kPopupStyleKey, false,
+       &factoryStyleList},
+  }};
+}
+
+void fillBox(ComboBoxModel& box, const NamedList& list) {
+  box.removeAllItems();
+  for (const ListEntry& e : list)
+    box.addItem(e.name);
+}
+
+int64_t correctedIndex(int64_t stored, const ListSlot& slot) {
+  if (stored >= slot.box.rowCount()) return 0;
+  if (stored < 0 && slot.negativeIndexSelectsRowZero) return 0;
+  return stored;
+}
+
+void storeLists(const MainSettings& s, SettingsStore& store) {
+  store.setNamedList(kSpecPredListKey, s.specPredList);
+  store.setNamedList(kSpecFiltListKey, s.specFiltList);
+  store.setNamedList(kSpecStyleListKey, s.specStyleList);
+}
+
+void writeFactorySetting(const FactorySetting& f, SettingsStore& store) {
+  if (f.type == SettingType::boolean)
+    store.setBool(f.key, f.value != 0);
+  else
+    store.setInteger(f.key, f.value);
+}
+
+}  // namespace
+
+int64_t logCapFromStore(const SettingsStore& store) {
+  const int64_t limit = store.integerValue(kLogLimitKey);
+  return limit > kLargestRejectedLogLimit ? limit : kFactoryLogLimit;
+}
+
+double fontSizeFromStore(const SettingsStore& store) {
+  const double size = store.doubleValue(kFontSizeKey);
+  return size >= kSmallestFontSize ? size : kDefaultFontSize;  // also catches NaN
+}
+
+void resetFactorySettings(MainSettings& settings, SettingsStore& store) {
+  {
+    SettingsBatch batch(store);
+    for (const FactorySetting& f : kFactorySettings)
+      if (!f.signpostsOnly || hasSignposts(settings)) writeFactorySetting(f, store);
+    settings.specPredList = factoryPredicateList();
+    settings.specFiltList = factoryFilterList();
+    settings.specStyleList = factoryStyleList(settings.osVersion);
+    storeLists(settings, store);
+    store.setInteger(kLogLimitKey, kFactoryLogLimit);
+  }
+  // Observers read the store, so they are told only once the batch is written.
+  store.notifications().post(kCustomsChanged);
+  settings.theReplaceOnImport = true;
+  settings.theLogCap = kFactoryLogLimit;
+}
+
+void loadListsIntoBoxes(MainSettings& settings, const SettingsStore& store) {
+  for (ListSlot& slot : listSlots(settings)) {
+    NamedListRead read = store.namedList(slot.listKey);
+    if (read.status == NamedListRead::Status::ok)
+      slot.list = std::move(read.list);
+    else if (read.status == NamedListRead::Status::corrupt)
+      slot.list = slot.factoryList(settings.osVersion);  // the stored value stays as it is
+    fillBox(slot.box, slot.list);
+    slot.box.selectItem(correctedIndex(store.integerValue(slot.indexKey), slot));
+    slot.shown = slot.box.displayedString();
+  }
+}
+
+void reloadListBoxes(MainSettings& settings, SettingsStore& store) {
+  for (ListSlot& slot : listSlots(settings)) {
+    fillBox(slot.box, slot.list);
+    slot.box.selectItem(0);
+    slot.shown = slot.box.displayedString();
+  }
+  SettingsBatch batch(store);
+  storeLists(settings, store);
+}
+
+void doSaveDefaults(const MainSettings& settings, SettingsStore& store) {
+  SettingsBatch batch(store);
+  store.setInteger(kTimePeriodKey, settings.theTimePeriod);
+  store.setInteger(kPopupTimeUnitsKey, settings.timeUnitIndex);
+  store.setInteger(kPopupPredicateKey, settings.comboPredicate.selectedIndex());
+  store.setInteger(kPopupFilterKey, settings.comboFilter.selectedIndex());
+  store.setInteger(kPopupStyleKey, settings.comboStyle.selectedIndex());
+  store.setBool(kLimitEntriesKey, settings.limitEntries);
+  store.setBool(kShowLogEntriesKey, settings.showLogEntries);
+  if (hasSignposts(settings)) store.setBool(kShowSignpostsKey, settings.showSignposts);
+  store.setBool(kFetchInfoKey, settings.fetchInfo);
+  if (hasSignposts(settings)) store.setBool(kFetchSignpostsKey, settings.fetchSignposts);
+  store.setBool(kFetchDebugKey, settings.fetchDebug);
+}
+
+void loadCusMenu(MainSettings& settings, const SettingsStore& store) {
+  loadListsIntoBoxes(settings, store);
+  settings.theLogCap = logCapFromStore(store);
+}
+
+void loadMainSettingsAtStart(MainSettings& settings, SettingsStore& store, int osVersion) {
+  settings.osVersion = osVersion;
+  settings.theFontSize = fontSizeFromStore(store);
+  const NamedListRead styles = store.namedList(kSpecStyleListKey);
+  if (styles.status == NamedListRead::Status::absent ||
+      (styles.status == NamedListRead::Status::ok && styles.list.empty()))
+    resetFactorySettings(settings, store);
+
+  // A unit index the menu does not have would leave it without a selection; "sec" is meant.
+  const int64_t unit = store.integerValue(kPopupTimeUnitsKey);
+  settings.timeUnitIndex =
+      unit >= 0 && unit < static_cast<int64_t>(timeUnitsList.size()) ? unit : 0;
+  settings.theTimeSelStr = timeUnitsList[static_cast<size_t>(settings.timeUnitIndex)];
+
+  loadListsIntoBoxes(settings, store);
+
+  const int64_t period = store.integerValue(kTimePeriodKey);
+  settings.theTimePeriod = period != 0 ? period : kFactoryTimePeriod;
+  settings.theLogCap = logCapFromStore(store);
+
+  settings.limitEntries = store.boolValue(kLimitEntriesKey);
+  settings.showLogEntries = store.boolValue(kShowLogEntriesKey);
+  settings.fetchInfo = store.boolValue(kFetchInfoKey);
+  settings.fetchDebug = store.boolValue(kFetchDebugKey);
+  settings.showSignposts = hasSignposts(settings) && store.boolValue(kShowSignpostsKey);
+  settings.fetchSignposts = hasSignposts(settings) && store.boolValue(kFetchSignpostsKey);
+}
+
+NotificationCenter::Observation observeCustomsChanged(MainSettings& settings, SettingsStore& store,
+                                                      std::function<void()> afterReload) {
+  return store.notifications().observe(std::string(kCustomsChanged),
+                                       [&settings, &store, after = std::move(afterReload)] {
+                                         loadCusMenu(settings, store);
+                                         if (after) after();
+                                       });
+}
+
+}  // namespace kavor

@@ -1,0 +1,83 @@
+#include "platform/file_bytes.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace kavor {
+
+namespace {
+
+// Closes the descriptor on every path out.
+class Fd {
+ public:
+  explicit Fd(int fd) : fd_(fd) {}
+  ~Fd() {
+    if (fd_ >= 0) ::close(fd_);
+  }
+  Fd(const Fd&) = delete;
+  Fd& operator=(const Fd&) = delete;
+  int get() const { return fd_; }
+  // Closing can report a delayed write error, so writers close explicitly.
+  int close() {
+    const int r = ::close(fd_);
+    fd_ = -1;
+    return r;
+  }
+
+ private:
+  int fd_;
+};
+
+}  // namespace
+
+Expected<std::string> readFileBytes(const std::filesystem::path& file, uint64_t maxBytes,
+                                    struct stat* info) {
+  const Fd fd(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
+  if (fd.get() < 0) {
+    const int err = errno;
+    Error e = ioError("cannot open " + file.string(), err);
+    if (err == ENOENT) e.kind = ErrorKind::notFound;
+    return e;
+  }
+  struct stat st {};
+  if (::fstat(fd.get(), &st) != 0) return ioError("cannot examine " + file.string(), errno);
+  if (!S_ISREG(st.st_mode)) return Error{ErrorKind::io, file.string() + " is not a regular file"};
+  if (static_cast<uint64_t>(st.st_size) > maxBytes)
+    return Error{ErrorKind::tooLarge, file.string() + " is larger than " +
+                                          std::to_string(maxBytes) + " bytes"};
+  std::string bytes(static_cast<size_t>(st.st_size), '\0');
+  size_t done = 0;
+  while (done < bytes.size()) {
+    const ssize_t n = ::read(fd.get(), bytes.data() + done, bytes.size() - done);
+    if (n < 0 && errno == EINTR) continue;
+    if (n < 0) return ioError("cannot read " + file.string(), errno);
+    if (n == 0) break;  // shrank while we read; what was there is what we have
+    done += static_cast<size_t>(n);
+  }
+  bytes.resize(done);
+  if (info) *info = st;
+  return bytes;
+}
+
+Status writeNewFileDurably(const std::filesystem::path& file, std::string_view bytes,
+                           struct stat* info) {
+  // Settings may hold predicates and paths the user would not share: owner only.
+  Fd fd(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  if (fd.get() < 0) return ioError("cannot create " + file.string(), errno);
+  size_t done = 0;
+  while (done < bytes.size()) {
+    const ssize_t n = ::write(fd.get(), bytes.data() + done, bytes.size() - done);
+    if (n < 0 && errno == EINTR) continue;
+    if (n < 0) return ioError("cannot write " + file.string(), errno);
+    done += static_cast<size_t>(n);
+  }
+  if (::fsync(fd.get()) != 0) return ioError("cannot flush " + file.string(), errno);
+  if (info && ::fstat(fd.get(), info) != 0)
+    return ioError("cannot examine " + file.string(), errno);
+  if (fd.close() != 0) return ioError("cannot close " + file.string(), errno);
+  return okStatus();
+}
+
+}  // namespace kavor

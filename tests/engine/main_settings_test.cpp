@@ -1,0 +1,270 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "engine/query/main_settings_store.h"
+
+namespace kavor {
+namespace {
+
+std::vector<std::string> keysInWriteOrder(const MemorySettingsStore& store) {
+  std::vector<std::string> keys;
+  for (const auto& [k, v] : store.all())
+    keys.push_back(k);
+  return keys;
+}
+
+NamedList twoEntries(const std::string& first, const std::string& second) {
+  return {{first, first + "-text"}, {second, second + "-text"}};
+}
+
+// A store as a previous session left it: three two-entry lists and the given selections.
+void seedStore(MemorySettingsStore& store, int64_t pred, int64_t filt, int64_t style) {
+  store.setNamedList(kSpecPredListKey, twoEntries("p0", "p1"));
+  store.setNamedList(kSpecFiltListKey, twoEntries("f0", "f1"));
+  store.setNamedList(kSpecStyleListKey, twoEntries("s0", "s1"));
+  store.setInteger(kPopupPredicateKey, pred);
+  store.setInteger(kPopupFilterKey, filt);
+  store.setInteger(kPopupStyleKey, style);
+}
+
+TEST(FactoryLists, ExactContents) {
+  const NamedList preds = factoryPredicateList();
+  ASSERT_EQ(preds.size(), 7u);
+  EXPECT_EQ(preds[0], (ListEntry{"none", ""}));
+  EXPECT_EQ(preds[2], (ListEntry{"TimeMachineFull",
+                                 "subsystem == \"com.apple.TimeMachine\" || eventMessage "
+                                 "CONTAINS[c] \"backup\" || eventMessage CONTAINS[c] \"Time "
+                                 "Machine\" || eventMessage CONTAINS[c] \"TimeMachine\""}));
+  EXPECT_EQ(preds[4], (ListEntry{"===", "eventMessage CONTAINS[c] \"===\""}));
+  EXPECT_EQ(preds[6], (ListEntry{"Nimbet", "subsystem == \"co.tarnwick.nimbet\""}));
+
+  const NamedList filters = factoryFilterList();
+  ASSERT_EQ(filters.size(), 10u);
+  EXPECT_EQ(filters[8], (ListEntry{"boot:", "boot:"}));
+
+  const NamedList styles = factoryStyleList(13);
+  ASSERT_EQ(styles.size(), 6u);
+  EXPECT_EQ(styles[0], (ListEntry{"none", "0h 4 10"}));
+  EXPECT_EQ(styles[4], (ListEntry{"starters", "0hr 1 2 3 4b 5 6 7 8 9 10g 11 12 13 14 15 16"}));
+  EXPECT_EQ(styles[5], (ListEntry{"starters+", "0 2g 6 9 4b 3 11fr 13fg 10"}));
+  EXPECT_EQ(factoryStyleList(12)[4].text, "0hr 1 2 3 4b 5 6 7 8 9 10g 11 12 13 14 15");
+}
+
+TEST(ResetFactorySettings, WritesInOrderThenPostsThenSetsTheWindow) {
+  MemorySettingsStore store;
+  MainSettings s;
+  s.osVersion = 15;
+  s.theLogCap = 5000;
+  s.theReplaceOnImport = false;
+  int writesWhenPosted = -1;
+  int64_t capWhenPosted = 0;
+  auto obs = store.notifications().observe(std::string(kCustomsChanged), [&] {
+    writesWhenPosted = store.writeCount();
+    capWhenPosted = s.theLogCap;
+  });
+  resetFactorySettings(s, store);
+
+  EXPECT_EQ(keysInWriteOrder(store),
+            (std::vector<std::string>{
+                "timePeriod", "popupTimeUnits", "popupPredicate", "popupFilter", "popupStyle",
+                "limitEntries", "showLogEntries", "showSignposts", "fetchInfo", "fetchSignposts",
+                "dontShowGraphView", "fetchDebug", "replaceOnImportbutton", "specPredList",
+                "specFiltList", "specStyleList", "logLimit"}));
+  EXPECT_EQ(store.integerValue(kTimePeriodKey), -20);
+  EXPECT_EQ(store.value(kShowSignpostsKey), PlistValue(false));
+  EXPECT_EQ(store.value(kFetchSignpostsKey), PlistValue(true));
+  EXPECT_EQ(store.value(kReplaceOnImportKey), PlistValue(true));
+  EXPECT_EQ(store.integerValue(kLogLimitKey), 999);
+  EXPECT_EQ(store.namedList(kSpecStyleListKey).list, factoryStyleList(15));
+  EXPECT_EQ(s.specFiltList, factoryFilterList());
+
+  EXPECT_EQ(writesWhenPosted, store.writeCount());
+  EXPECT_EQ(capWhenPosted, 5000);  // the window's own values are set after the notification
+  EXPECT_EQ(s.theLogCap, 999);
+  EXPECT_TRUE(s.theReplaceOnImport);
+  EXPECT_EQ(s.comboPredicate.rowCount(), 0);  // boxes reload only through the notification
+}
+
+TEST(ResetFactorySettings, Below13LeavesSignpostKeysAlone) {
+  MemorySettingsStore store;
+  store.setBool(kShowSignpostsKey, true);
+  MainSettings s;
+  s.osVersion = 12;
+  resetFactorySettings(s, store);
+  EXPECT_TRUE(store.boolValue(kShowSignpostsKey));
+  EXPECT_FALSE(store.contains(kFetchSignpostsKey));
+  EXPECT_EQ(store.namedList(kSpecStyleListKey).list, factoryStyleList(12));
+}
+
+TEST(LoadMainSettingsAtStart, EmptyStoreGetsFactorySettings) {
+  MemorySettingsStore store;
+  MainSettings s;
+  loadMainSettingsAtStart(s, store, 15);
+  EXPECT_EQ(store.namedList(kSpecStyleListKey).list, factoryStyleList(15));
+  EXPECT_EQ(s.comboFilter.rowCount(), 10);
+  EXPECT_EQ(s.comboStyle.selectedIndex(), 0);
+  EXPECT_EQ(s.thePredicateStr + s.theFilterStr + s.theStyleStr, "nonenonenone");
+  EXPECT_EQ(s.theTimeSelStr, "sec");
+  EXPECT_EQ(s.theTimePeriod, -20);
+  EXPECT_EQ(s.theLogCap, 999);
+  EXPECT_TRUE(s.limitEntries && s.showLogEntries && s.fetchInfo && s.fetchSignposts);
+  EXPECT_FALSE(s.showSignposts || s.fetchDebug);
+}
+
+TEST(LoadMainSettingsAtStart, StoredValuesAndTheirCorrections) {
+  MemorySettingsStore store;
+  seedStore(store, 0, 0, 0);
+  store.setInteger(kTimePeriodKey, 0);
+  store.setInteger(kPopupTimeUnitsKey, 7);
+  store.setBool(kShowSignpostsKey, true);
+  store.setBool(kFetchSignpostsKey, true);
+  MainSettings s;
+  loadMainSettingsAtStart(s, store, 12);
+  EXPECT_EQ(s.theTimePeriod, -20);
+  EXPECT_EQ(s.theTimeSelStr, "sec");
+  EXPECT_FALSE(s.showSignposts || s.fetchSignposts);
+  EXPECT_EQ(s.thePredicateStr, "p0");  // the stored lists were kept: no reset ran
+
+  store.setInteger(kTimePeriodKey, 3);
+  store.setInteger(kPopupTimeUnitsKey, 2);
+  loadMainSettingsAtStart(s, store, 13);
+  EXPECT_EQ(s.theTimePeriod, 3);
+  EXPECT_EQ(s.theTimeSelStr, "hour");
+  EXPECT_TRUE(s.showSignposts && s.fetchSignposts);
+
+  for (const auto& [stored, expected] : {std::pair{3.5, 12.0}, {4.0, 4.0}, {18.0, 18.0}}) {
+    store.setDouble(kFontSizeKey, stored);
+    loadMainSettingsAtStart(s, store, 15);
+    EXPECT_EQ(s.theFontSize, expected) << stored;
+  }
+  store.removeValue(kFontSizeKey);
+  EXPECT_EQ(fontSizeFromStore(store), 12.0);
+}
+
+TEST(LoadMainSettingsAtStart, EmptyStyleListResetsCorruptOneFallsBack) {
+  MemorySettingsStore empty;
+  seedStore(empty, 0, 0, 0);
+  empty.setValue(kSpecStyleListKey, PlistArray{});
+  MainSettings s;
+  loadMainSettingsAtStart(s, empty, 15);
+  EXPECT_EQ(empty.namedList(kSpecPredListKey).list, factoryPredicateList());
+
+  MemorySettingsStore corrupt;
+  seedStore(corrupt, 0, 0, 0);
+  const PlistValue bad = PlistArray{PlistArray{PlistValue("only a name")}};
+  corrupt.setValue(kSpecStyleListKey, bad);
+  corrupt.setValue(kSpecFiltListKey, PlistArray{PlistArray{PlistValue("a"), PlistValue(5)}});
+  MainSettings t;
+  loadMainSettingsAtStart(t, corrupt, 12);
+  EXPECT_EQ(t.specStyleList, factoryStyleList(12));
+  EXPECT_EQ(t.specFiltList, factoryFilterList());
+  EXPECT_EQ(t.comboFilter.rowCount(), 10);
+  EXPECT_EQ(t.specPredList, twoEntries("p0", "p1"));
+  EXPECT_EQ(corrupt.value(kSpecStyleListKey), bad);  // never overwritten behind the user's back
+}
+
+TEST(LoadListsIntoBoxes, CorrectsStoredSelections) {
+  struct Case {
+    int64_t stored;
+    std::string pred, filt, style;
+  };
+  // -1: the predicate box goes to row 0, the other two keep their text with no row selected.
+  for (const Case& c :
+       {Case{-1, "p0", "typed", ""}, Case{2, "p0", "f0", "s0"}, Case{1, "p1", "f1", "s1"}}) {
+    MemorySettingsStore store;
+    seedStore(store, c.stored, c.stored, c.stored);
+    MainSettings s;
+    s.comboFilter.typeText("typed");
+    loadListsIntoBoxes(s, store);
+    EXPECT_EQ(s.thePredicateStr, c.pred) << c.stored;
+    EXPECT_EQ(s.theFilterStr, c.filt) << c.stored;
+    EXPECT_EQ(s.theStyleStr, c.style) << c.stored;
+    EXPECT_EQ(s.comboStyle.selectedIndex(), c.stored < 0 ? -1 : c.stored % 2);
+  }
+}
+
+TEST(LoadCusMenu, RunsOnCustomsChangedAndAppliesTheCapRule) {
+  MemorySettingsStore store;
+  seedStore(store, 1, 1, 1);
+  MainSettings s;
+  int reloads = 0;
+  auto obs = observeCustomsChanged(s, store, [&] { ++reloads; });
+  for (const auto& [stored, expected] : {std::pair{100, 100}, {99, 999}}) {
+    store.setInteger(kLogLimitKey, stored);
+    store.notifications().post(kCustomsChanged);
+    EXPECT_EQ(s.theLogCap, expected) << stored;
+  }
+  store.removeValue(kLogLimitKey);
+  store.setNamedList(kSpecPredListKey, twoEntries("q0", "q1"));
+  store.notifications().post(kCustomsChanged);
+  EXPECT_EQ(s.theLogCap, 999);
+  EXPECT_EQ(s.thePredicateStr, "q1");
+  EXPECT_EQ(reloads, 3);
+
+  obs.reset();
+  store.setInteger(kLogLimitKey, 300);
+  store.notifications().post(kCustomsChanged);
+  EXPECT_EQ(s.theLogCap, 999);
+}
+
+TEST(ReloadListBoxes, SelectsRowZeroAndStoresTheLists) {
+  MemorySettingsStore store;
+  seedStore(store, 1, 1, 1);
+  MainSettings s;
+  loadListsIntoBoxes(s, store);
+  s.specPredList = twoEntries("x0", "x1");
+  s.comboFilter.typeText("typed");
+  reloadListBoxes(s, store);
+  EXPECT_EQ(s.comboPredicate.items(), (std::vector<std::string>{"x0", "x1"}));
+  EXPECT_EQ(s.thePredicateStr, "x0");
+  EXPECT_EQ(s.comboFilter.selectedIndex(), 0);
+  EXPECT_EQ(s.theFilterStr, "f0");
+  EXPECT_EQ(store.namedList(kSpecPredListKey).list, s.specPredList);
+  EXPECT_EQ(store.integerValue(kPopupPredicateKey), 1);  // selections are saved only on request
+}
+
+TEST(DoSaveDefaults, WritesSelectionsAndSignpostsOnlyFrom13) {
+  MemorySettingsStore old;
+  seedStore(old, 1, 1, 1);
+  MainSettings s;
+  loadListsIntoBoxes(s, old);
+  s.comboPredicate.typeText("process == \"x\"");
+  s.theTimePeriod = 7;
+  s.timeUnitIndex = 3;
+  s.showSignposts = true;
+
+  s.osVersion = 12;
+  MemorySettingsStore store;
+  doSaveDefaults(s, store);
+  EXPECT_EQ(keysInWriteOrder(store),
+            (std::vector<std::string>{"timePeriod", "popupTimeUnits", "popupPredicate",
+                                      "popupFilter", "popupStyle", "limitEntries", "showLogEntries",
+                                      "fetchInfo", "fetchDebug"}));
+  EXPECT_EQ(store.integerValue(kPopupPredicateKey), -1);
+  EXPECT_EQ(store.integerValue(kPopupFilterKey), 1);
+  EXPECT_EQ(store.integerValue(kTimePeriodKey), 7);
+  EXPECT_EQ(store.integerValue(kPopupTimeUnitsKey), 3);
+
+  s.osVersion = 13;
+  doSaveDefaults(s, store);
+  EXPECT_TRUE(store.boolValue(kShowSignpostsKey) && store.boolValue(kFetchSignpostsKey));
+}
+
+TEST(SelectedListText, TypedRowAndBeyond) {
+  ComboBoxModel box;
+  for (const char* name : {"a", "b", "extra row"})
+    box.addItem(name);
+  box.typeText("typed text");
+  EXPECT_EQ(selectedListText(box, twoEntries("a", "b")), "typed text");
+  box.selectItem(1);
+  EXPECT_EQ(selectedListText(box, twoEntries("a", "b")), "b-text");
+  box.selectItem(2);
+  EXPECT_EQ(selectedListText(box, twoEntries("a", "b")), "");
+  box.selectItem(7);  // past the rows: deselects and keeps the text
+  EXPECT_EQ(selectedListText(box, twoEntries("a", "b")), "extra row");
+}
+
+}  // namespace
+}  // namespace kavor

@@ -1,5 +1,0 @@
-#include <gtest/gtest.h>
-
-#include "engine/core/entry_list.h"
-
-TEST(EntryListPlaceholder, StartsEmpty) { EXPECT_TRUE(kavor::EntryList().empty()); }

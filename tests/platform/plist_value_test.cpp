@@ -1,0 +1,213 @@
+#include "platform/plist_value.h"
+
+#include <gtest/gtest.h>
+#include <plist/plist.h>
+#include <sys/mman.h>
+
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace kavor {
+namespace {
+
+// The binary form of a value, made by libplist itself from our XML.
+std::string binaryOf(const PlistValue& value) {
+  const std::string xml = writeXmlPlist(value);
+  plist_t root = nullptr;
+  plist_from_xml(xml.data(), static_cast<uint32_t>(xml.size()), &root);
+  EXPECT_NE(root, nullptr);
+  char* bin = nullptr;
+  uint32_t length = 0;
+  plist_to_bin(root, &bin, &length);
+  std::string bytes(bin, length);
+  plist_to_bin_free(bin);
+  plist_free(root);
+  return bytes;
+}
+
+std::string nestedArraysXml(int depth, std::string_view between = "") {
+  std::string xml = "<plist>";
+  for (int i = 0; i < depth; ++i) xml.append("<array>").append(between);
+  for (int i = 0; i < depth; ++i) xml += "</array>";
+  return xml + "</plist>";
+}
+
+void appendBigEndian(std::string& out, uint64_t v, int width) {
+  for (int k = width - 1; k >= 0; --k) out += static_cast<char>((v >> (8 * k)) & 0xFF);
+}
+
+// A binary list of arrays only: arrays[i] holds the indexes of its elements.
+std::string binaryOfArrays(const std::vector<std::vector<uint32_t>>& arrays) {
+  std::string bytes = "bplist00";
+  std::vector<uint64_t> offsets;
+  for (const auto& refs : arrays) {
+    offsets.push_back(bytes.size());
+    bytes += static_cast<char>(0xAF);  // array with its count in the next int
+    bytes += static_cast<char>(0x12);
+    appendBigEndian(bytes, refs.size(), 4);
+    for (uint32_t r : refs) appendBigEndian(bytes, r, 4);
+  }
+  const uint64_t table = bytes.size();
+  for (uint64_t o : offsets) appendBigEndian(bytes, o, 8);
+  bytes.append(6, '\0');
+  bytes += static_cast<char>(8);  // offset size
+  bytes += static_cast<char>(4);  // reference size
+  appendBigEndian(bytes, arrays.size(), 8);
+  appendBigEndian(bytes, 0, 8);  // top object
+  appendBigEndian(bytes, table, 8);
+  return bytes;
+}
+
+PlistValue everyKind() {
+  PlistValue inner{PlistDict{}};
+  inner.set("empty array", PlistArray{});
+  inner.set("empty dict", PlistDict{});
+  PlistValue root{PlistDict{}};
+  root.set("yes", true);
+  root.set("no", false);
+  root.set("zero", 0);
+  root.set("negative", int64_t{-5});
+  root.set("max", std::numeric_limits<int64_t>::max());
+  root.set("min", std::numeric_limits<int64_t>::min());
+  root.set("tenth", 0.1);
+  root.set("huge", 1e300);
+  root.set("tiny", -2.5e-10);
+  root.set("text", "a <b> & \"c\" \xC3\xA9\xE2\x82\xAC");
+  root.set("empty text", "");
+  root.set("date", PlistDate{610024800});
+  root.set("data", PlistData{std::string("\0\x01\xFFzz", 5)});
+  root.set("list", PlistArray{1, "two", PlistArray{3.5}});
+  root.set("inner", inner);
+  return root;
+}
+
+TEST(PlistValue, DictionaryHelpersKeepOrderAndReplaceInPlace) {
+  PlistValue d{PlistDict{}};
+  d.set("a", 1);
+  d.set("b", 2);
+  d.set("a", "one");
+  const PlistDict& entries = *d.get<PlistDict>();
+  ASSERT_EQ(entries.size(), 2u);
+  EXPECT_EQ(entries[0].first, "a");
+  EXPECT_EQ(entries[0].second, PlistValue("one"));
+  EXPECT_TRUE(d.erase("a"));
+  EXPECT_FALSE(d.erase("a"));
+  EXPECT_EQ(d.find("a"), nullptr);
+  ASSERT_NE(d.find("b"), nullptr);
+  EXPECT_EQ(*d.find("b"), PlistValue(2));
+  EXPECT_EQ(PlistValue(PlistArray{}).find("b"), nullptr);
+}
+
+TEST(PlistValue, EveryKindSurvivesTheXmlAndTheBinaryForm) {
+  const PlistValue original = everyKind();
+  const std::string xml = writeXmlPlist(original);
+  EXPECT_TRUE(xml.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>")) << xml;
+  EXPECT_NE(xml.find("<!DOCTYPE plist"), std::string::npos);
+
+  auto fromXml = parsePlist(xml);
+  ASSERT_TRUE(fromXml) << fromXml.error().message();
+  EXPECT_EQ(*fromXml, original);
+
+  auto fromBinary = parsePlist(binaryOf(original));
+  ASSERT_TRUE(fromBinary) << fromBinary.error().message();
+  EXPECT_EQ(*fromBinary, original);
+
+  // Only the binary form keeps fractions of a second.
+  auto precise = parsePlist(binaryOf(PlistArray{PlistDate{-99.5}}));
+  ASSERT_TRUE(precise);
+  EXPECT_EQ(*precise, PlistValue(PlistArray{PlistDate{-99.5}}));
+}
+
+TEST(PlistValue, IntegersKeepTheirSignAndUnsignedOnesBeyondTheRangeClamp) {
+  const std::string xml =
+      "<plist><array><integer>18446744073709551615</integer><integer>-1</integer>"
+      "<integer>9223372036854775808</integer><integer>-9223372036854775808</integer>"
+      "</array></plist>";
+  const PlistValue expected{PlistArray{std::numeric_limits<int64_t>::max(), -1,
+                                       std::numeric_limits<int64_t>::max(),
+                                       std::numeric_limits<int64_t>::min()}};
+  auto fromXml = parsePlist(xml);
+  ASSERT_TRUE(fromXml);
+  EXPECT_EQ(*fromXml, expected);
+
+  plist_t root = nullptr;
+  plist_from_xml(xml.data(), static_cast<uint32_t>(xml.size()), &root);
+  ASSERT_NE(root, nullptr);
+  char* bin = nullptr;
+  uint32_t length = 0;
+  plist_to_bin(root, &bin, &length);
+  auto fromBinary = parsePlist(std::string_view(bin, length));
+  plist_to_bin_free(bin);
+  plist_free(root);
+  ASSERT_TRUE(fromBinary);
+  EXPECT_EQ(*fromBinary, expected);
+}
+
+TEST(PlistValue, MalformedInputIsAParseError) {
+  const std::string good = binaryOf(everyKind());
+  for (const std::string& bad : {std::string(), std::string("garbage"),
+                                 std::string("<plist><dict><key>a</key><string>b</dict>"),
+                                 std::string("<plist><integer>1</integer>"),
+                                 std::string("bplist00"), std::string("bplist00") + "junk",
+                                 good.substr(0, good.size() - 1), good.substr(0, good.size() / 2),
+                                 std::string(200, '\0')}) {
+    auto parsed = parsePlist(bad);
+    ASSERT_FALSE(parsed) << "accepted: " << bad;
+    EXPECT_EQ(parsed.error().kind, ErrorKind::parse);
+  }
+}
+
+TEST(PlistValue, NestingIsLimitedInBothFormsWhateverHidesTheClosingTags) {
+  EXPECT_TRUE(parsePlist(nestedArraysXml(256)));
+  for (const std::string& deep : {nestedArraysXml(257), nestedArraysXml(200000),
+                                  nestedArraysXml(300, "<!-- </array> -->"),
+                                  nestedArraysXml(300, "<![CDATA[</array>]]>")}) {
+    auto parsed = parsePlist(deep);
+    ASSERT_FALSE(parsed);
+    EXPECT_EQ(parsed.error().kind, ErrorKind::parse);
+  }
+  // What looks like an opening tag but is not one does not count.
+  std::string shallow = "<plist><array>";
+  for (int i = 0; i < 300; ++i) shallow += "<array/><!-- <array> --><string><![CDATA[<dict>]]></string>";
+  EXPECT_TRUE(parsePlist(shallow + "</array></plist>"));
+
+  std::vector<std::vector<uint32_t>> chain(100000);
+  for (uint32_t i = 0; i + 1 < chain.size(); ++i) chain[i] = {i + 1};
+  auto parsed = parsePlist(binaryOfArrays(chain));
+  ASSERT_FALSE(parsed);
+  EXPECT_EQ(parsed.error().kind, ErrorKind::parse);
+}
+
+TEST(PlistValue, BinaryCyclesAndExponentialSharingAreRefused) {
+  auto cycle = parsePlist(binaryOfArrays({{1}, {0}}));
+  ASSERT_FALSE(cycle);
+  EXPECT_EQ(cycle.error().kind, ErrorKind::parse);
+  EXPECT_FALSE(parsePlist(binaryOfArrays({{0}})));
+
+  // Each array holds the next one twice: 2^60 values from 60 objects.
+  std::vector<std::vector<uint32_t>> doubling(60);
+  for (uint32_t i = 0; i + 1 < doubling.size(); ++i) doubling[i] = {i + 1, i + 1};
+  auto bomb = parsePlist(binaryOfArrays(doubling));
+  ASSERT_FALSE(bomb);
+  EXPECT_EQ(bomb.error().kind, ErrorKind::tooLarge);
+
+  // Modest sharing is ordinary (writers share equal keys and values).
+  auto shared = parsePlist(binaryOfArrays({{1, 1, 1}, {}}));
+  ASSERT_TRUE(shared);
+  EXPECT_EQ(*shared, PlistValue(PlistArray{PlistArray{}, PlistArray{}, PlistArray{}}));
+}
+
+TEST(PlistValue, InputOf4GiBOrMoreIsTooLarge) {
+  const size_t size = (size_t{1} << 32) + 1;
+  void* block = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+  if (block == MAP_FAILED) GTEST_SKIP() << "cannot reserve 4 GiB of address space";
+  auto parsed = parsePlist(std::string_view(static_cast<const char*>(block), size));
+  ::munmap(block, size);
+  ASSERT_FALSE(parsed);
+  EXPECT_EQ(parsed.error().kind, ErrorKind::tooLarge);
+}
+
+}  // namespace
+}  // namespace kavor

@@ -1,0 +1,95 @@
+#include "platform/settings_store.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace kavor {
+namespace {
+
+TEST(SettingsStore, BoolReadsYesTrueAndNonZeroNumbers) {
+  MemorySettingsStore s;
+  const std::pair<PlistValue, bool> cases[] = {
+      {true, true},       {false, false},     {"YES", true},     {"yes", true},
+      {"True", true},     {"NO", false},      {"no", false},     {" 12abc", true},
+      {"0", false},       {"-1", true},       {"", false},       {2, true},
+      {0, false},         {0.5, true},        {0.0, false},      {PlistArray{true}, false},
+      {PlistData{"1"}, false}};
+  for (const auto& [stored, expected] : cases) {
+    ASSERT_TRUE(s.setValue("k", stored));
+    EXPECT_EQ(s.boolValue("k"), expected) << writeXmlPlist(stored);
+  }
+  EXPECT_FALSE(s.boolValue("absent"));
+}
+
+TEST(SettingsStore, IntegerAndDoubleReadTheLeadingNumberOfTextAndClamp) {
+  MemorySettingsStore s;
+  constexpr int64_t kMax = std::numeric_limits<int64_t>::max();
+  const std::pair<PlistValue, int64_t> integers[] = {
+      {" 12abc", 12}, {"-7", -7},   {"abc", 0},  {"99999999999999999999", kMax},
+      {3.9, 3},       {-3.9, -3},   {1e300, kMax}, {true, 1},
+      {int64_t{-42}, -42},           {PlistDict{}, 0}};
+  for (const auto& [stored, expected] : integers) {
+    ASSERT_TRUE(s.setValue("k", stored));
+    EXPECT_EQ(s.integerValue("k"), expected) << writeXmlPlist(stored);
+  }
+  const std::pair<PlistValue, double> doubles[] = {
+      {"2.5xyz", 2.5}, {" -1e3", -1000.0}, {"x", 0.0}, {3, 3.0}, {true, 1.0}, {0.25, 0.25}};
+  for (const auto& [stored, expected] : doubles) {
+    ASSERT_TRUE(s.setValue("k", stored));
+    EXPECT_DOUBLE_EQ(s.doubleValue("k"), expected) << writeXmlPlist(stored);
+  }
+  EXPECT_EQ(s.integerValue("absent"), 0);
+  EXPECT_EQ(s.doubleValue("absent"), 0.0);
+}
+
+TEST(SettingsStore, StringReadsTextAndNumbersOnly) {
+  MemorySettingsStore s;
+  ASSERT_TRUE(s.setInteger("i", 12));
+  ASSERT_TRUE(s.setDouble("d", 1.5));
+  ASSERT_TRUE(s.setBool("b", true));
+  ASSERT_TRUE(s.setString("s", "text"));
+  EXPECT_EQ(s.stringValue("i"), "12");
+  EXPECT_EQ(s.stringValue("d"), "1.5");
+  EXPECT_EQ(s.stringValue("s"), "text");
+  EXPECT_EQ(s.stringValue("b"), std::nullopt);
+  EXPECT_EQ(s.stringValue("absent"), std::nullopt);
+}
+
+TEST(SettingsStore, NamedListsReadAsOkAbsentOrCorrupt) {
+  MemorySettingsStore s;
+  const NamedList list{{"Errors", "messageType == error"}, {"Kernel", "process == \"kernel\""}};
+  ASSERT_TRUE(s.setNamedList("l", list));
+  NamedListRead read = s.namedList("l");
+  EXPECT_EQ(read.status, NamedListRead::Status::ok);
+  EXPECT_EQ(read.list, list);
+
+  EXPECT_EQ(s.namedList("absent").status, NamedListRead::Status::absent);
+  ASSERT_TRUE(s.setString("l", "not a list"));
+  EXPECT_EQ(s.namedList("l").status, NamedListRead::Status::absent);
+
+  // Extra strings after the first two are ignored; an empty list is a list.
+  ASSERT_TRUE(s.setValue("l", PlistArray{PlistArray{"a", "b", "c"}}));
+  read = s.namedList("l");
+  EXPECT_EQ(read.status, NamedListRead::Status::ok);
+  EXPECT_EQ(read.list, (NamedList{{"a", "b"}}));
+  ASSERT_TRUE(s.setValue("l", PlistArray{}));
+  EXPECT_EQ(s.namedList("l").status, NamedListRead::Status::ok);
+
+  const PlistValue corrupt[] = {
+      PlistArray{PlistArray{"a", "b"}, PlistArray{"only one"}},
+      PlistArray{PlistArray{"a", 2}},
+      PlistArray{PlistArray{"a", "b", 3}},
+      PlistArray{"a", "b"},
+      PlistArray{PlistDict{}},
+  };
+  for (const PlistValue& v : corrupt) {
+    ASSERT_TRUE(s.setValue("l", v));
+    read = s.namedList("l");
+    EXPECT_EQ(read.status, NamedListRead::Status::corrupt) << writeXmlPlist(v);
+    EXPECT_TRUE(read.list.empty());
+  }
+}
+
+}  // namespace
+}  // namespace kavor
