@@ -1,3 +1,3 @@
-#include <benchmark/benchmark.h>
+#include "bench/floor_report.h"
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) { return kavor::bench::runBenchmarks(argc, argv); }

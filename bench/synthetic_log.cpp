@@ -1,6 +1,7 @@
 #include "bench/synthetic_log.h"
 
 #include <array>
+#include <charconv>
 #include <cstdio>
 #include <string_view>
 
@@ -68,7 +69,7 @@ void appendEscaped(std::string& out, std::string_view text) {
   }
 }
 
-void appendUuid(std::string& out, uint64_t a) {
+std::string makeUuid(uint64_t a) {
   char buf[40];
   Rng r{a};
   const uint64_t x = r.next(), y = r.next();
@@ -76,7 +77,29 @@ void appendUuid(std::string& out, uint64_t a) {
                 static_cast<unsigned>((x >> 16) & 0xFFFF), static_cast<unsigned>(x & 0xFFFF),
                 static_cast<unsigned>(y >> 48),
                 static_cast<unsigned long long>(y & 0xFFFFFFFFFFFFull));
-  out += buf;
+  return buf;
+}
+
+// Image UUIDs repeat with their images: made once.
+void appendUuid(std::string& out, size_t image) {
+  static const std::array<std::string, kImages.size()> uuids = [] {
+    std::array<std::string, kImages.size()> a;
+    for (size_t i = 0; i < a.size(); ++i) a[i] = makeUuid(i);
+    return a;
+  }();
+  out += uuids[image];
+}
+
+void appendNumber(std::string& out, uint64_t v) {
+  char buf[24];
+  auto [end, ec] = std::to_chars(buf, buf + sizeof buf, v);
+  out.append(buf, end);
+}
+
+void appendPadded(std::string& out, uint64_t v, int width) {
+  char buf[24];
+  for (int i = width - 1; i >= 0; --i, v /= 10) buf[i] = static_cast<char>('0' + v % 10);
+  out.append(buf, static_cast<size_t>(width));
 }
 
 void appendMessage(std::string& out, Rng& r, size_t index) {
@@ -85,9 +108,10 @@ void appendMessage(std::string& out, Rng& r, size_t index) {
     if (w) out += ' ';
     out += kWords[r.below(kWords.size())];
   }
-  char buf[64];
-  std::snprintf(buf, sizeof buf, " #%zu pid=%zu", index, r.below(100000));
-  out += buf;
+  out += " #";
+  appendNumber(out, index);
+  out += " pid=";
+  appendNumber(out, r.below(100000));
   switch (r.below(16)) {
     case 0: out += " \\\"quoted\\\" path \\/private\\/var\\/tmp"; break;
     case 1: out += " line one\\nline two"; break;
@@ -100,7 +124,6 @@ void appendMessage(std::string& out, Rng& r, size_t index) {
 }  // namespace
 
 void appendSyntheticEntries(std::string& out, uint64_t seed, size_t first, size_t count) {
-  char buf[128];
   for (size_t i = first; i < first + count; ++i) {
     Rng r{seed * 1000003u + i};
     const size_t image = r.below(kImages.size());
@@ -112,24 +135,24 @@ void appendSyntheticEntries(std::string& out, uint64_t seed, size_t first, size_
     out += "{\n  \"traceID\" : ";
     // Every eighth identifier is above the signed 64-bit range, as the tool prints them.
     const uint64_t trace = (i % 8 == 0) ? 0xF000000000000000ull | r.next() : r.next() >> 12;
-    out += std::to_string(trace);
+    appendNumber(out, trace);
     out += ",\n  \"eventMessage\" : \"";
     appendMessage(out, r, i);
     out += "\",\n  \"eventType\" : \"";
     out += eventType;
     out += "\",\n  \"source\" : null,\n  \"formatString\" : \"%{public}s: %{public}@ pid=%d\",\n";
     out += "  \"userID\" : 501,\n  \"activityIdentifier\" : ";
-    out += std::to_string(kind == 0 ? r.next() >> 20 : 0);
+    appendNumber(out, kind == 0 ? r.next() >> 20 : 0);
     out += ",\n  \"subsystem\" : \"";
     out += kSubsystems[r.below(kSubsystems.size())];
     out += "\",\n  \"category\" : \"";
     out += kCategories[r.below(kCategories.size())];
-    std::snprintf(buf, sizeof buf, "\",\n  \"threadID\" : %zu,\n  \"senderImageUUID\" : \"",
-                  1000 + r.below(5000000));
-    out += buf;
+    out += "\",\n  \"threadID\" : ";
+    appendNumber(out, 1000 + r.below(5000000));
+    out += ",\n  \"senderImageUUID\" : \"";
     appendUuid(out, sender);
     out += "\",\n  \"backtrace\" : {\n    \"frames\" : [\n      {\n        \"imageOffset\" : ";
-    out += std::to_string(r.below(1 << 20));
+    appendNumber(out, r.below(1 << 20));
     out += ",\n        \"imageUUID\" : \"";
     appendUuid(out, sender);
     out += "\"\n      }\n    ]\n  },\n  \"bootUUID\" : \"\",\n  \"processImagePath\" : \"";
@@ -137,35 +160,44 @@ void appendSyntheticEntries(std::string& out, uint64_t seed, size_t first, size_
     out += "\",\n  \"senderImagePath\" : \"";
     appendEscaped(out, kImages[sender]);
     const size_t second = i / 50;
-    std::snprintf(buf, sizeof buf,
-                  "\",\n  \"timestamp\" : \"2020-05-01 %02zu:%02zu:%02zu.%06zu+0100\",\n",
-                  9 + second / 3600 % 12, second / 60 % 60, second % 60, (i % 50) * 20000 + r.below(20000));
-    out += buf;
+    out += "\",\n  \"timestamp\" : \"2020-05-01 ";
+    appendPadded(out, 9 + second / 3600 % 12, 2);
+    out += ':';
+    appendPadded(out, second / 60 % 60, 2);
+    out += ':';
+    appendPadded(out, second % 60, 2);
+    out += '.';
+    appendPadded(out, (i % 50) * 20000 + r.below(20000), 6);
+    out += "+0100\",\n";
     out += "  \"machTimestamp\" : ";
-    out += std::to_string(1000000000ull + i * 1234567ull);
+    appendNumber(out, 1000000000ull + i * 1234567ull);
     out += ",\n  \"messageType\" : \"";
     out += kMessageTypes[r.below(kMessageTypes.size())];
     out += "\",\n  \"processImageUUID\" : \"";
     appendUuid(out, image);
-    std::snprintf(buf, sizeof buf, "\",\n  \"processID\" : %zu,\n  \"senderProgramCounter\" : %zu,\n",
-                  image * 37 + 1, r.below(1 << 24));
-    out += buf;
+    out += "\",\n  \"processID\" : ";
+    appendNumber(out, image * 37 + 1);
+    out += ",\n  \"senderProgramCounter\" : ";
+    appendNumber(out, r.below(1 << 24));
+    out += ",\n";
     if (eventType == "signpostEvent") {
       out += "  \"signpostID\" : ";
-      out += std::to_string(r.next() >> 1);
+      appendNumber(out, r.next() >> 1);
       out += ",\n  \"signpostName\" : \"Fetch\",\n  \"signpostType\" : \"";
       out += (i & 1) ? "begin" : "end";
       out += "\",\n  \"signpostScope\" : \"thread\",\n";
     }
     out += "  \"parentActivityIdentifier\" : 0,\n  \"timezoneName\" : \"\",\n";
     out += "  \"processUniqueID\" : ";
-    out += std::to_string(image * 1000 + 7);
+    appendNumber(out, image * 1000 + 7);
     out += ",\n  \"creatorActivityID\" : 0\n}";
   }
 }
 
 std::string syntheticLog(size_t count, uint64_t seed) {
-  std::string out = "[";
+  std::string out;
+  out.reserve(count * 1300 + 16);
+  out += "[";
   appendSyntheticEntries(out, seed, 0, count);
   out += "]\n";
   return out;

@@ -45,8 +45,8 @@ Expected<std::string> readFileBytes(const std::filesystem::path& file, uint64_t 
   if (::fstat(fd.get(), &st) != 0) return ioError("cannot examine " + file.string(), errno);
   if (!S_ISREG(st.st_mode)) return Error{ErrorKind::io, file.string() + " is not a regular file"};
   if (static_cast<uint64_t>(st.st_size) > maxBytes)
-    return Error{ErrorKind::tooLarge, file.string() + " is larger than " +
-                                          std::to_string(maxBytes) + " bytes"};
+    return Error{ErrorKind::tooLarge,
+                 file.string() + " is larger than " + std::to_string(maxBytes) + " bytes"};
   std::string bytes(static_cast<size_t>(st.st_size), '\0');
   size_t done = 0;
   while (done < bytes.size()) {

@@ -131,8 +131,7 @@ void FileSettingsStore::removeStaleTemporaries() const {
   const auto storeTime = fs::last_write_time(file_, ec);
   if (ec) return;
   const std::string prefix = file_.filename().string() + ".tmp-";
-  fs::directory_iterator it(file_.parent_path().empty() ? fs::path(".") : file_.parent_path(),
-                            ec);
+  fs::directory_iterator it(file_.parent_path().empty() ? fs::path(".") : file_.parent_path(), ec);
   for (; !ec && it != fs::directory_iterator(); it.increment(ec)) {
     if (!it->path().filename().string().starts_with(prefix)) continue;
     std::error_code timeError;
@@ -174,7 +173,9 @@ Status FileSettingsStore::removeValue(std::string_view key) {
   return batchDepth_ > 0 ? okStatus() : write();
 }
 
-void FileSettingsStore::beginBatch() { ++batchDepth_; }
+void FileSettingsStore::beginBatch() {
+  ++batchDepth_;
+}
 
 Status FileSettingsStore::endBatch() {
   if (batchDepth_ == 0 || --batchDepth_ > 0 || pending_.empty()) return okStatus();

@@ -1,7 +1,7 @@
 #pragma once
-// Large zero-filled blocks of memory straight from the operating system. Pages are only paid for
-// when first touched; blocks of 2 MiB and more ask for huge pages, which makes filling hundreds
-// of megabytes far cheaper than with 4 KiB pages.
+// Large zero-filled blocks of memory straight from the operating system, paid for page by page
+// only when first touched. (Huge pages were tried: their faults stalled for long and uneven
+// times, so plain pages it is.)
 
 #include <cstddef>
 
@@ -25,8 +25,6 @@ class MemoryBlock {
   void release();
   char* data_ = nullptr;
   size_t size_ = 0;
-  void* mapping_ = nullptr;
-  size_t mappingSize_ = 0;
 };
 
 }  // namespace kavor

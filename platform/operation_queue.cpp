@@ -7,7 +7,8 @@ namespace kavor {
 OperationQueue::OperationQueue(int maxConcurrent) {
   const int count = std::max(1, maxConcurrent);
   workers_.reserve(static_cast<size_t>(count));
-  for (int i = 0; i < count; ++i) workers_.emplace_back([this] { work(); });
+  for (int i = 0; i < count; ++i)
+    workers_.emplace_back([this] { work(); });
 }
 
 OperationQueue::~OperationQueue() {
@@ -17,7 +18,8 @@ OperationQueue::~OperationQueue() {
     stopping_ = true;
   }
   wake_.notify_all();
-  for (std::thread& worker : workers_) worker.join();
+  for (std::thread& worker : workers_)
+    worker.join();
 }
 
 void OperationQueue::addOperation(std::function<void()> operation) {

@@ -67,64 +67,96 @@ struct PlistFree {
 };
 using PlistPtr = std::unique_ptr<void, PlistFree>;
 
-// An upper bound of container nesting in XML, tokenised as libplist's reader does: comments,
-// CDATA, processing instructions and the document type hide their contents, and only '"' quotes.
-bool xmlNestingWithin(std::string_view s, int limit) {
+bool isTextElement(std::string_view name) {
+  for (std::string_view t : {"string", "key", "integer", "real", "true", "false", "data", "date"})
+    if (name == t) return true;
+  return false;
+}
+
+// Tokenises XML as libplist's reader does and follows the nesting of arrays and dictionaries.
+// What that reader would refuse is refused here too, so nothing can hide a level from the count.
+std::optional<Error> checkXmlShape(std::string_view s) {
   const size_t n = s.size();
   size_t i = 0;
   int depth = 0;
-  auto skipPast = [&](std::string_view end) {
-    const size_t at = s.find(end, i);
-    i = at == std::string_view::npos ? n : at + end.size();
-  };
-  // Moves i to the '>' ending the current tag, stepping over quoted text and a bracketed subset.
-  auto skipTag = [&](bool brackets) {
-    bool inQuote = false;
-    int bracket = 0;
+  // Moves past the next `end`; with quotes, one inside "..." does not count.
+  auto skipPast = [&](std::string_view end, bool quotes) {
     for (; i < n; ++i) {
-      const char c = s[i];
-      if (c == '"') inQuote = !inQuote;
-      if (inQuote) continue;
-      if (brackets && c == '[') ++bracket;
-      if (brackets && c == ']' && bracket > 0) --bracket;
-      if (c == '>' && bracket == 0) return;
-    }
-  };
-  while ((i = s.find('<', i)) != std::string_view::npos) {
-    ++i;
-    const std::string_view rest = s.substr(i);
-    if (rest.starts_with("!--")) {
-      i += 3;
-      skipPast("-->");
-    } else if (rest.starts_with("![CDATA[")) {
-      i += 8;
-      skipPast("]]>");
-    } else if (rest.starts_with("?")) {
-      skipPast("?>");
-    } else if (rest.starts_with("!")) {
-      skipTag(true);
-    } else {
-      const bool closing = rest.starts_with("/");
-      if (closing) ++i;
-      const size_t nameStart = i;
-      while (i < n && (std::isalnum(static_cast<unsigned char>(s[i])) || s[i] == '_')) ++i;
-      const std::string_view name = s.substr(nameStart, i - nameStart);
-      skipTag(false);
-      const bool selfClosing = i < n && s[i - 1] == '/';
-      if (name != "array" && name != "dict") continue;
-      if (closing) {
-        depth = std::max(0, depth - 1);
-      } else if (!selfClosing && ++depth > limit) {
-        return false;
+      if (quotes && s[i] == '"') {
+        i = s.find('"', i + 1);
+        if (i == std::string_view::npos) break;
+      } else if (s.substr(i).starts_with(end)) {
+        i += end.size();
+        return true;
       }
     }
+    i = n;
+    return false;
+  };
+  // Inside <string> and its kind: comments and CDATA, up to the closing tag.
+  auto skipText = [&] {
+    for (;;) {
+      i = std::min(s.find('<', i), n);
+      const std::string_view rest = s.substr(std::min(i + 1, n));
+      if (rest.starts_with("!--")) {
+        i += 4;
+        if (!skipPast("-->", false)) return false;
+      } else if (rest.starts_with("![CDATA[")) {
+        i += 9;
+        if (!skipPast("]]>", false)) return false;
+      } else {
+        return rest.starts_with("/") && skipPast(">", false);
+      }
+    }
+  };
+  auto element = [&] {
+    const size_t nameEnd = std::min(s.find_first_of(" \r\n\t<>", i), n);
+    std::string_view name = s.substr(i, nameEnd - i);
+    i = nameEnd;
+    for (; i < n && s[i] != '>'; ++i) {
+      if (s[i] == '<') return false;
+      if (s[i] == '"' && (i = s.find('"', i + 1)) == std::string_view::npos) return false;
+    }
+    if (i >= n) return false;
+    const bool empty = s[i - 1] == '/';
+    if (empty && name.ends_with('/')) name.remove_suffix(1);
+    ++i;
+    if (name == "array" || name == "dict") {
+      if (!empty) ++depth;
+    } else if (name == "/array" || name == "/dict") {
+      depth = std::max(0, depth - 1);
+    } else if (isTextElement(name)) {
+      return empty || skipText();
+    } else {
+      return name == "plist" || name == "/plist";
+    }
+    return true;
+  };
+  while ((i = s.find('<', i)) != std::string_view::npos) {
+    const std::string_view rest = s.substr(++i);
+    bool ok = true;
+    if (rest.starts_with("?")) {
+      ok = skipPast("?>", true);
+    } else if (rest.starts_with("!--")) {
+      i += 3;
+      ok = skipPast("-->", false);
+    } else if (rest.starts_with("!DOCTYPE")) {
+      const size_t bracket = s.find_first_of("[>", i);
+      ok = bracket != std::string_view::npos && skipPast(s[bracket] == '[' ? "]>" : ">", true);
+    } else {
+      ok = !rest.starts_with("!") && element();
+    }
+    if (!ok) return parseError("not a valid XML property list");
+    if (depth > kMaxNesting)
+      return parseError("nested deeper than " + std::to_string(kMaxNesting) + " levels");
   }
-  return true;
+  return std::nullopt;
 }
 
 uint64_t readBigEndian(const unsigned char* p, size_t width) {
   uint64_t v = 0;
-  for (size_t k = 0; k < width; ++k) v = (v << 8) | p[k];
+  for (size_t k = 0; k < width; ++k)
+    v = (v << 8) | p[k];
   return v;
 }
 
@@ -148,29 +180,51 @@ std::optional<Error> checkBinaryShape(std::string_view bytes) {
       count > (objectsEnd - table) / offsetSize)
     return parseError("binary form has a broken trailer");
 
+  struct Counted {
+    unsigned kind = 0;
+    uint64_t count = 0;
+    uint64_t contentAt = 0;
+  };
+  // An object's marker: its kind, and the count kept in it or in the integer after it.
+  auto countedAt = [&](uint64_t index) -> std::optional<Counted> {
+    const uint64_t at = readBigEndian(data + table + index * offsetSize, offsetSize);
+    if (at < kBinaryMagic.size() || at >= table) return std::nullopt;
+    Counted c{static_cast<unsigned>(data[at] >> 4), data[at] & 0x0Fu, at + 1};
+    const bool hasCount = (c.kind >= 0x4 && c.kind <= 0x6) || (c.kind >= 0xA && c.kind <= 0xD);
+    if (hasCount && c.count == 0x0F) {
+      const uint64_t intAt = c.contentAt;
+      if (intAt >= table || (data[intAt] >> 4) != 0x1 || (data[intAt] & 0x0F) > 3)
+        return std::nullopt;
+      const size_t width = size_t{1} << (data[intAt] & 0x03);
+      if (intAt + 1 + width > table) return std::nullopt;
+      c.count = readBigEndian(data + intAt + 1, width);
+      c.contentAt = intAt + 1 + width;
+    }
+    return c;
+  };
+  // libplist aborts on a key holding a NUL, so such keys never reach it.
+  auto keyHasNul = [&](uint64_t index) {
+    const auto c = countedAt(index);
+    if (!c || (c->kind != 0x5 && c->kind != 0x6)) return false;
+    const uint64_t unit = c->kind == 0x6 ? 2 : 1;
+    if (c->count > (table - c->contentAt) / unit) return false;
+    for (uint64_t k = 0; k < c->count; ++k)
+      if (readBigEndian(data + c->contentAt + k * unit, unit) == 0) return true;
+    return false;
+  };
   struct Node {
     uint64_t refsAt = 0;
     uint64_t refs = 0;
+    uint64_t keys = 0;
   };
-  // The references of a container, or none for a scalar.
+  // The references of a container (a dictionary's keys first), or none for a scalar.
   auto nodeAt = [&](uint64_t index) -> std::optional<Node> {
-    const uint64_t at = readBigEndian(data + table + index * offsetSize, offsetSize);
-    if (at < kBinaryMagic.size() || at >= table) return std::nullopt;
-    const unsigned kind = data[at] >> 4;
-    const bool isDict = kind == 0xD;
-    if (kind < 0xA || kind > 0xD) return Node{};
-    uint64_t n = data[at] & 0x0F;
-    uint64_t refsAt = at + 1;
-    if (n == 0x0F) {
-      if (refsAt >= table || (data[refsAt] >> 4) != 0x1) return std::nullopt;
-      const size_t width = size_t{1} << (data[refsAt] & 0x03);
-      if ((data[refsAt] & 0x0F) > 3 || refsAt + 1 + width > table) return std::nullopt;
-      n = readBigEndian(data + refsAt + 1, width);
-      refsAt += 1 + width;
-    }
-    const uint64_t perEntry = refSize * (isDict ? 2 : 1);
-    if (n > (table - refsAt) / perEntry) return std::nullopt;
-    return Node{refsAt, n * (isDict ? 2 : 1)};
+    const auto c = countedAt(index);
+    if (!c) return std::nullopt;
+    if (c->kind < 0xA || c->kind > 0xD) return Node{};
+    const uint64_t perEntry = c->kind == 0xD ? 2 : 1;
+    if (c->count > (table - c->contentAt) / (refSize * perEntry)) return std::nullopt;
+    return Node{c->contentAt, c->count * perEntry, c->kind == 0xD ? c->count : 0};
   };
 
   enum : uint8_t { unseen, open, done };
@@ -204,14 +258,15 @@ std::optional<Error> checkBinaryShape(std::string_view bytes) {
       values[f.index] = total;
       state[f.index] = done;
       if (total > budget)
-        return Error{ErrorKind::tooLarge, "property list: expands to more than " +
-                                              std::to_string(budget) + " values"};
+        return Error{ErrorKind::tooLarge,
+                     "property list: expands to more than " + std::to_string(budget) + " values"};
       stack.pop_back();
       continue;
     }
     const uint64_t child = readBigEndian(data + f.node.refsAt + f.next * refSize, refSize);
     ++f.next;
     if (child >= count) return parseError("binary form refers to a missing object");
+    if (f.next <= f.node.keys && keyHasNul(child)) return parseError("a key holds a NUL");
     if (state[child] == open) return parseError("binary form refers to itself");
     if (state[child] == unseen)
       if (auto e = enter(child)) return e;
@@ -298,8 +353,8 @@ Expected<PlistValue> fromNode(plist_t node, int nesting) {
     case PLIST_UID: {
       uint64_t u = 0;
       plist_get_uid_val(node, &u);
-      return PlistValue(static_cast<int64_t>(
-          std::min<uint64_t>(u, std::numeric_limits<int64_t>::max())));
+      return PlistValue(
+          static_cast<int64_t>(std::min<uint64_t>(u, std::numeric_limits<int64_t>::max())));
     }
     case PLIST_REAL: {
       double d = 0;
@@ -310,7 +365,9 @@ Expected<PlistValue> fromNode(plist_t node, int nesting) {
       int32_t sec = 0;
       int32_t usec = 0;
       plist_get_date_val(node, &sec, &usec);
-      return PlistValue(PlistDate{sec + usec / 1e6});
+      // libplist 2.2 splits a binary date by truncation and keeps only the fraction's size.
+      const double fraction = std::abs(usec) / 1e6;
+      return PlistValue(PlistDate{sec < 0 ? sec - fraction : sec + fraction});
     }
     case PLIST_STRING:
     case PLIST_KEY: {
@@ -364,12 +421,14 @@ plist_t toNode(const PlistValue& value) {
     }
     plist_t operator()(const PlistArray& a) const {
       plist_t node = plist_new_array();
-      for (const PlistValue& v : a) plist_array_append_item(node, toNode(v));
+      for (const PlistValue& v : a)
+        plist_array_append_item(node, toNode(v));
       return node;
     }
     plist_t operator()(const PlistDict& d) const {
       plist_t node = plist_new_dict();
-      for (const auto& [k, v] : d) plist_dict_set_item(node, k.c_str(), toNode(v));
+      for (const auto& [k, v] : d)
+        plist_dict_set_item(node, k.c_str(), toNode(v));
       return node;
     }
   };
@@ -388,8 +447,8 @@ Expected<PlistValue> parsePlist(std::string_view bytes) {
     if (auto e = checkBinaryShape(bytes)) return *e;
     plist_from_bin(bytes.data(), length, &root);
   } else {
-    if (!xmlNestingWithin(bytes, kMaxNesting))
-      return parseError("nested deeper than " + std::to_string(kMaxNesting) + " levels");
+    if (bytes.find('\0') != std::string_view::npos) return parseError("XML holds a NUL character");
+    if (auto e = checkXmlShape(bytes)) return *e;
     plist_from_xml(bytes.data(), length, &root);
   }
   const PlistPtr owner(root);

@@ -37,7 +37,8 @@ fs::path SystemPaths::resolve(std::string_view fixedPath) const {
     start = end + 1;
   }
   fs::path result = root_.empty() ? fs::path("/") : root_;
-  for (const std::string_view part : parts) result /= part;
+  for (const std::string_view part : parts)
+    result /= part;
   return result;
 }
 

@@ -14,13 +14,17 @@ constexpr std::string_view kVersionKey = "ProductVersion";
 // The real file is well under a kilobyte.
 constexpr uint64_t kMaxVersionFileBytes = uint64_t{1} << 20;
 
-bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+bool isSpace(char c) {
+  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
 
 }  // namespace
 
 Expected<SystemVersion> parseProductVersion(std::string_view text) {
-  while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
-  while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
+  while (!text.empty() && isSpace(text.front()))
+    text.remove_prefix(1);
+  while (!text.empty() && isSpace(text.back()))
+    text.remove_suffix(1);
   const auto bad = [&] {
     return Error{ErrorKind::parse, "not a system version: \"" + std::string(text) + "\""};
   };
@@ -50,7 +54,8 @@ Expected<SystemVersion> readSystemVersion(const SystemPaths& paths) {
   const PlistValue* version = list->find(kVersionKey);
   if (!version) return Error{ErrorKind::notFound, where + ": no " + std::string(kVersionKey)};
   const std::string* text = version->get<std::string>();
-  if (!text) return Error{ErrorKind::parse, where + ": " + std::string(kVersionKey) + " is not text"};
+  if (!text)
+    return Error{ErrorKind::parse, where + ": " + std::string(kVersionKey) + " is not text"};
   auto parsed = parseProductVersion(*text);
   if (!parsed) return Error{ErrorKind::parse, where + ": " + parsed.error().context};
   return parsed;

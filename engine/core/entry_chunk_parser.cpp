@@ -35,33 +35,34 @@ void storeValue(const dom::element& v, EntryKey key, EntryListBuilder& out) {
 
 struct EntryChunkParser::Impl {
   dom::parser parser;
+  dom::array array;
 };
 
 EntryChunkParser::EntryChunkParser() : impl_(std::make_unique<Impl>()) {}
 EntryChunkParser::~EntryChunkParser() = default;
 
-Expected<size_t> EntryChunkParser::parse(const char* data, size_t length, EntryListBuilder& out) {
+Expected<size_t> EntryChunkParser::parse(const char* data, size_t length) {
   dom::element root;
   if (auto e = impl_->parser.parse(data, length, false).get(root)) return jsonError(e);
-  dom::array array;
-  if (auto e = root.get_array().get(array)) return jsonError(e);
-  size_t count = 0;
-  for (dom::element element : array) {
+  if (auto e = root.get_array().get(impl_->array)) return jsonError(e);
+  return impl_->array.size();
+}
+
+void EntryChunkParser::store(EntryListBuilder& out) const {
+  for (dom::element element : impl_->array) {
     dom::object object;
-    if (element.get_object().get(object) == simdjson::SUCCESS) {
-      out.beginRecord();
-      for (dom::key_value_pair field : object) {
-        // Keys no feature reads ("bootUUID", "backtrace"...) are dropped.
-        if (const std::optional<EntryKey> key = entryKeyFromName(field.key)) {
-          storeValue(field.value, *key, out);
-        }
-      }
-    } else {
+    if (element.get_object().get(object) != simdjson::SUCCESS) {
       out.addNonRecord();
+      continue;
     }
-    ++count;
+    out.beginRecord();
+    for (dom::key_value_pair field : object) {
+      // Keys no feature reads ("bootUUID", "backtrace"...) are dropped.
+      if (const std::optional<EntryKey> key = entryKeyFromName(field.key)) {
+        storeValue(field.value, *key, out);
+      }
+    }
   }
-  return count;
 }
 
 }  // namespace kavor

@@ -1,5 +1,7 @@
 #pragma once
-// Parses one piece of the log tool's output, a JSON array of entries, into an EntryListBuilder.
+// One piece of the log tool's output, a JSON array of entries: parsed (checking every byte),
+// then stored into an EntryListBuilder. The two steps may run on different threads, one after
+// the other.
 
 #include <cstddef>
 #include <memory>
@@ -19,8 +21,10 @@ class EntryChunkParser {
   EntryChunkParser& operator=(const EntryChunkParser&) = delete;
 
   // data[0, length) is one JSON array, and kPadding bytes after it must be readable (the parser
-  // reads whole blocks). Appends every element to the builder and returns how many there were.
-  Expected<size_t> parse(const char* data, size_t length, EntryListBuilder& out);
+  // reads whole blocks). Returns how many elements it has. The bytes are not needed afterwards.
+  Expected<size_t> parse(const char* data, size_t length);
+  // Appends the elements of the last successful parse to the builder.
+  void store(EntryListBuilder& out) const;
 
  private:
   struct Impl;

@@ -1,10 +1,12 @@
 #pragma once
 // Decodes what "log show --style json" prints into an EntryList while the bytes arrive: the
 // output is cut between elements of its top-level array into pieces of a few hundred kilobytes,
-// and each piece is parsed and stored before the next is read. Memory stays bounded by the piece
-// size plus the compact list, whatever the size of the output (also beyond 4 GiB).
+// and each piece is parsed and stored while the next is read. Memory stays bounded by a few
+// pieces plus the compact list, whatever the size of the output (also beyond 4 GiB).
 //
-// Not thread-safe: one decoder per run, used by one thread at a time.
+// Threads: the caller's thread reads, cuts and parses; one worker thread of the decoder's own
+// stores the parsed pieces in order, started with the first piece cut before the end (small
+// outputs never start it). The decoder itself is used by one thread at a time.
 
 #include <cstddef>
 #include <memory>
@@ -18,7 +20,13 @@ namespace kavor {
 
 class EntryDecoder {
  public:
+  struct Options {
+    size_t pieceSize = size_t{512} << 10;  // cut once this much of the output is ready
+    bool storeInWorker = true;             // false: everything on the caller's thread
+  };
+
   EntryDecoder();
+  explicit EntryDecoder(Options options);
   ~EntryDecoder();
   EntryDecoder(const EntryDecoder&) = delete;
   EntryDecoder& operator=(const EntryDecoder&) = delete;
@@ -36,6 +44,7 @@ class EntryDecoder {
   Expected<EntryList> finish();
 
   size_t bytesSeen() const { return bytesSeen_; }
+  // Safe to call from any thread, for progress.
   size_t entriesDecoded() const;
 
  private:

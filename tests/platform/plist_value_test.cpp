@@ -12,12 +12,8 @@
 namespace kavor {
 namespace {
 
-// The binary form of a value, made by libplist itself from our XML.
-std::string binaryOf(const PlistValue& value) {
-  const std::string xml = writeXmlPlist(value);
-  plist_t root = nullptr;
-  plist_from_xml(xml.data(), static_cast<uint32_t>(xml.size()), &root);
-  EXPECT_NE(root, nullptr);
+// The binary form, made by libplist itself; takes the tree.
+std::string binaryOfNode(plist_t root) {
   char* bin = nullptr;
   uint32_t length = 0;
   plist_to_bin(root, &bin, &length);
@@ -27,37 +23,66 @@ std::string binaryOf(const PlistValue& value) {
   return bytes;
 }
 
+std::string binaryOfXml(std::string_view xml) {
+  plist_t root = nullptr;
+  plist_from_xml(xml.data(), static_cast<uint32_t>(xml.size()), &root);
+  EXPECT_NE(root, nullptr);
+  return binaryOfNode(root);
+}
+
+std::string binaryOf(const PlistValue& value) {
+  return binaryOfXml(writeXmlPlist(value));
+}
+
 std::string nestedArraysXml(int depth, std::string_view between = "") {
   std::string xml = "<plist>";
-  for (int i = 0; i < depth; ++i) xml.append("<array>").append(between);
-  for (int i = 0; i < depth; ++i) xml += "</array>";
+  for (int i = 0; i < depth; ++i)
+    xml.append("<array>").append(between);
+  for (int i = 0; i < depth; ++i)
+    xml += "</array>";
   return xml + "</plist>";
 }
 
 void appendBigEndian(std::string& out, uint64_t v, int width) {
-  for (int k = width - 1; k >= 0; --k) out += static_cast<char>((v >> (8 * k)) & 0xFF);
+  for (int k = width - 1; k >= 0; --k)
+    out += static_cast<char>((v >> (8 * k)) & 0xFF);
+}
+
+std::string arrayObject(const std::vector<uint32_t>& refs) {
+  std::string bytes(1, static_cast<char>(0xAF));  // an array with its count in the next int
+  bytes += static_cast<char>(0x12);
+  appendBigEndian(bytes, refs.size(), 4);
+  for (uint32_t r : refs)
+    appendBigEndian(bytes, r, 4);
+  return bytes;
+}
+
+// A binary list of encoded objects (references are 4 bytes), the first being the top one.
+std::string binaryOfObjects(const std::vector<std::string>& objects) {
+  std::string bytes = "bplist00";
+  std::vector<uint64_t> offsets;
+  for (const std::string& object : objects) {
+    offsets.push_back(bytes.size());
+    bytes += object;
+  }
+  const uint64_t table = bytes.size();
+  for (uint64_t o : offsets)
+    appendBigEndian(bytes, o, 8);
+  bytes.append(6, '\0');
+  bytes += static_cast<char>(8);  // offset size
+  bytes += static_cast<char>(4);  // reference size
+  appendBigEndian(bytes, objects.size(), 8);
+  appendBigEndian(bytes, 0, 8);  // top object
+  appendBigEndian(bytes, table, 8);
+  return bytes;
 }
 
 // A binary list of arrays only: arrays[i] holds the indexes of its elements.
 std::string binaryOfArrays(const std::vector<std::vector<uint32_t>>& arrays) {
-  std::string bytes = "bplist00";
-  std::vector<uint64_t> offsets;
-  for (const auto& refs : arrays) {
-    offsets.push_back(bytes.size());
-    bytes += static_cast<char>(0xAF);  // array with its count in the next int
-    bytes += static_cast<char>(0x12);
-    appendBigEndian(bytes, refs.size(), 4);
-    for (uint32_t r : refs) appendBigEndian(bytes, r, 4);
-  }
-  const uint64_t table = bytes.size();
-  for (uint64_t o : offsets) appendBigEndian(bytes, o, 8);
-  bytes.append(6, '\0');
-  bytes += static_cast<char>(8);  // offset size
-  bytes += static_cast<char>(4);  // reference size
-  appendBigEndian(bytes, arrays.size(), 8);
-  appendBigEndian(bytes, 0, 8);  // top object
-  appendBigEndian(bytes, table, 8);
-  return bytes;
+  std::vector<std::string> objects;
+  for (const auto& refs : arrays)
+    objects.push_back(arrayObject(refs));
+  return binaryOfObjects(objects);
 }
 
 PlistValue everyKind() {
@@ -115,9 +140,9 @@ TEST(PlistValue, EveryKindSurvivesTheXmlAndTheBinaryForm) {
   EXPECT_EQ(*fromBinary, original);
 
   // Only the binary form keeps fractions of a second.
-  auto precise = parsePlist(binaryOf(PlistArray{PlistDate{-99.5}}));
+  auto precise = parsePlist(binaryOfNode(plist_new_date(-100, 500000)));
   ASSERT_TRUE(precise);
-  EXPECT_EQ(*precise, PlistValue(PlistArray{PlistDate{-99.5}}));
+  EXPECT_EQ(*precise, PlistValue(PlistDate{-99.5})) << writeXmlPlist(*precise);
 }
 
 TEST(PlistValue, IntegersKeepTheirSignAndUnsignedOnesBeyondTheRangeClamp) {
@@ -125,34 +150,23 @@ TEST(PlistValue, IntegersKeepTheirSignAndUnsignedOnesBeyondTheRangeClamp) {
       "<plist><array><integer>18446744073709551615</integer><integer>-1</integer>"
       "<integer>9223372036854775808</integer><integer>-9223372036854775808</integer>"
       "</array></plist>";
-  const PlistValue expected{PlistArray{std::numeric_limits<int64_t>::max(), -1,
-                                       std::numeric_limits<int64_t>::max(),
-                                       std::numeric_limits<int64_t>::min()}};
-  auto fromXml = parsePlist(xml);
-  ASSERT_TRUE(fromXml);
-  EXPECT_EQ(*fromXml, expected);
-
-  plist_t root = nullptr;
-  plist_from_xml(xml.data(), static_cast<uint32_t>(xml.size()), &root);
-  ASSERT_NE(root, nullptr);
-  char* bin = nullptr;
-  uint32_t length = 0;
-  plist_to_bin(root, &bin, &length);
-  auto fromBinary = parsePlist(std::string_view(bin, length));
-  plist_to_bin_free(bin);
-  plist_free(root);
-  ASSERT_TRUE(fromBinary);
-  EXPECT_EQ(*fromBinary, expected);
+  constexpr int64_t kMax = std::numeric_limits<int64_t>::max();
+  const PlistValue expected{PlistArray{kMax, -1, kMax, std::numeric_limits<int64_t>::min()}};
+  for (const std::string& bytes : {xml, binaryOfXml(xml)}) {
+    auto parsed = parsePlist(bytes);
+    ASSERT_TRUE(parsed);
+    EXPECT_EQ(*parsed, expected) << writeXmlPlist(*parsed);
+  }
 }
 
 TEST(PlistValue, MalformedInputIsAParseError) {
   const std::string good = binaryOf(everyKind());
-  for (const std::string& bad : {std::string(), std::string("garbage"),
-                                 std::string("<plist><dict><key>a</key><string>b</dict>"),
-                                 std::string("<plist><integer>1</integer>"),
-                                 std::string("bplist00"), std::string("bplist00") + "junk",
-                                 good.substr(0, good.size() - 1), good.substr(0, good.size() / 2),
-                                 std::string(200, '\0')}) {
+  for (const std::string& bad :
+       {std::string(), std::string("garbage"),
+        std::string("<plist><dict><key>a</key><string>b</dict>"),
+        std::string("<plist><string>a\0b</string></plist>", 35), std::string("bplist00"),
+        std::string("bplist00") + "junk", good.substr(0, good.size() - 1),
+        good.substr(0, good.size() / 2), std::string(200, '\0')}) {
     auto parsed = parsePlist(bad);
     ASSERT_FALSE(parsed) << "accepted: " << bad;
     EXPECT_EQ(parsed.error().kind, ErrorKind::parse);
@@ -161,26 +175,29 @@ TEST(PlistValue, MalformedInputIsAParseError) {
 
 TEST(PlistValue, NestingIsLimitedInBothFormsWhateverHidesTheClosingTags) {
   EXPECT_TRUE(parsePlist(nestedArraysXml(256)));
-  for (const std::string& deep : {nestedArraysXml(257), nestedArraysXml(200000),
-                                  nestedArraysXml(300, "<!-- </array> -->"),
-                                  nestedArraysXml(300, "<![CDATA[</array>]]>")}) {
+  for (const std::string& deep :
+       {nestedArraysXml(257), nestedArraysXml(200000), nestedArraysXml(300, "<!-- </array> -->"),
+        nestedArraysXml(300, "<![CDATA[</array>]]>"),
+        nestedArraysXml(300, "<?x \"?></array>\" ?>")}) {
     auto parsed = parsePlist(deep);
     ASSERT_FALSE(parsed);
     EXPECT_EQ(parsed.error().kind, ErrorKind::parse);
   }
   // What looks like an opening tag but is not one does not count.
   std::string shallow = "<plist><array>";
-  for (int i = 0; i < 300; ++i) shallow += "<array/><!-- <array> --><string><![CDATA[<dict>]]></string>";
+  for (int i = 0; i < 300; ++i)
+    shallow += "<array/><!-- <array> --><string><![CDATA[<dict>]]></string>";
   EXPECT_TRUE(parsePlist(shallow + "</array></plist>"));
 
   std::vector<std::vector<uint32_t>> chain(100000);
-  for (uint32_t i = 0; i + 1 < chain.size(); ++i) chain[i] = {i + 1};
+  for (uint32_t i = 0; i + 1 < chain.size(); ++i)
+    chain[i] = {i + 1};
   auto parsed = parsePlist(binaryOfArrays(chain));
   ASSERT_FALSE(parsed);
   EXPECT_EQ(parsed.error().kind, ErrorKind::parse);
 }
 
-TEST(PlistValue, BinaryCyclesAndExponentialSharingAreRefused) {
+TEST(PlistValue, BinaryCyclesSharingBombsAndNulKeysAreRefused) {
   auto cycle = parsePlist(binaryOfArrays({{1}, {0}}));
   ASSERT_FALSE(cycle);
   EXPECT_EQ(cycle.error().kind, ErrorKind::parse);
@@ -188,10 +205,17 @@ TEST(PlistValue, BinaryCyclesAndExponentialSharingAreRefused) {
 
   // Each array holds the next one twice: 2^60 values from 60 objects.
   std::vector<std::vector<uint32_t>> doubling(60);
-  for (uint32_t i = 0; i + 1 < doubling.size(); ++i) doubling[i] = {i + 1, i + 1};
+  for (uint32_t i = 0; i + 1 < doubling.size(); ++i)
+    doubling[i] = {i + 1, i + 1};
   auto bomb = parsePlist(binaryOfArrays(doubling));
   ASSERT_FALSE(bomb);
   EXPECT_EQ(bomb.error().kind, ErrorKind::tooLarge);
+
+  // libplist would abort on a key holding a NUL.
+  const std::string dict("\xD1\0\0\0\1\0\0\0\2", 9);
+  EXPECT_TRUE(parsePlist(binaryOfObjects({dict, "\x51k", "\x51v"})));
+  EXPECT_FALSE(parsePlist(binaryOfObjects({dict, std::string("\x52k\0", 3), "\x51v"})));
+  EXPECT_FALSE(parsePlist(binaryOfObjects({dict, std::string("\x61\0\0", 3), "\x51v"})));
 
   // Modest sharing is ordinary (writers share equal keys and values).
   auto shared = parsePlist(binaryOfArrays({{1, 1, 1}, {}}));
@@ -201,7 +225,8 @@ TEST(PlistValue, BinaryCyclesAndExponentialSharingAreRefused) {
 
 TEST(PlistValue, InputOf4GiBOrMoreIsTooLarge) {
   const size_t size = (size_t{1} << 32) + 1;
-  void* block = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+  void* block =
+      ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
   if (block == MAP_FAILED) GTEST_SKIP() << "cannot reserve 4 GiB of address space";
   auto parsed = parsePlist(std::string_view(static_cast<const char*>(block), size));
   ::munmap(block, size);

@@ -9,12 +9,23 @@ namespace {
 
 TEST(SettingsStore, BoolReadsYesTrueAndNonZeroNumbers) {
   MemorySettingsStore s;
-  const std::pair<PlistValue, bool> cases[] = {
-      {true, true},       {false, false},     {"YES", true},     {"yes", true},
-      {"True", true},     {"NO", false},      {"no", false},     {" 12abc", true},
-      {"0", false},       {"-1", true},       {"", false},       {2, true},
-      {0, false},         {0.5, true},        {0.0, false},      {PlistArray{true}, false},
-      {PlistData{"1"}, false}};
+  const std::pair<PlistValue, bool> cases[] = {{true, true},
+                                               {false, false},
+                                               {"YES", true},
+                                               {"yes", true},
+                                               {"True", true},
+                                               {"NO", false},
+                                               {"no", false},
+                                               {" 12abc", true},
+                                               {"0", false},
+                                               {"-1", true},
+                                               {"", false},
+                                               {2, true},
+                                               {0, false},
+                                               {0.5, true},
+                                               {0.0, false},
+                                               {PlistArray{true}, false},
+                                               {PlistData{"1"}, false}};
   for (const auto& [stored, expected] : cases) {
     ASSERT_TRUE(s.setValue("k", stored));
     EXPECT_EQ(s.boolValue("k"), expected) << writeXmlPlist(stored);
@@ -25,10 +36,16 @@ TEST(SettingsStore, BoolReadsYesTrueAndNonZeroNumbers) {
 TEST(SettingsStore, IntegerAndDoubleReadTheLeadingNumberOfTextAndClamp) {
   MemorySettingsStore s;
   constexpr int64_t kMax = std::numeric_limits<int64_t>::max();
-  const std::pair<PlistValue, int64_t> integers[] = {
-      {" 12abc", 12}, {"-7", -7},   {"abc", 0},  {"99999999999999999999", kMax},
-      {3.9, 3},       {-3.9, -3},   {1e300, kMax}, {true, 1},
-      {int64_t{-42}, -42},           {PlistDict{}, 0}};
+  const std::pair<PlistValue, int64_t> integers[] = {{" 12abc", 12},
+                                                     {"-7", -7},
+                                                     {"abc", 0},
+                                                     {"99999999999999999999", kMax},
+                                                     {3.9, 3},
+                                                     {-3.9, -3},
+                                                     {1e300, kMax},
+                                                     {true, 1},
+                                                     {int64_t{-42}, -42},
+                                                     {PlistDict{}, 0}};
   for (const auto& [stored, expected] : integers) {
     ASSERT_TRUE(s.setValue("k", stored));
     EXPECT_EQ(s.integerValue("k"), expected) << writeXmlPlist(stored);
@@ -41,19 +58,6 @@ TEST(SettingsStore, IntegerAndDoubleReadTheLeadingNumberOfTextAndClamp) {
   }
   EXPECT_EQ(s.integerValue("absent"), 0);
   EXPECT_EQ(s.doubleValue("absent"), 0.0);
-}
-
-TEST(SettingsStore, StringReadsTextAndNumbersOnly) {
-  MemorySettingsStore s;
-  ASSERT_TRUE(s.setInteger("i", 12));
-  ASSERT_TRUE(s.setDouble("d", 1.5));
-  ASSERT_TRUE(s.setBool("b", true));
-  ASSERT_TRUE(s.setString("s", "text"));
-  EXPECT_EQ(s.stringValue("i"), "12");
-  EXPECT_EQ(s.stringValue("d"), "1.5");
-  EXPECT_EQ(s.stringValue("s"), "text");
-  EXPECT_EQ(s.stringValue("b"), std::nullopt);
-  EXPECT_EQ(s.stringValue("absent"), std::nullopt);
 }
 
 TEST(SettingsStore, NamedListsReadAsOkAbsentOrCorrupt) {

@@ -1,0 +1,77 @@
+#include "bench/floor_report.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <map>
+#include <utility>
+#include <vector>
+
+namespace kavor::bench {
+
+namespace {
+
+std::vector<std::pair<std::string, std::string>>& comparisons() {
+  static std::vector<std::pair<std::string, std::string>> c;
+  return c;
+}
+
+// "DecodePipe/1000000/real_time" gives ("DecodePipe", "1000000").
+std::pair<std::string, std::string> splitName(const std::string& name) {
+  const size_t slash = name.find('/');
+  if (slash == std::string::npos) return {name, ""};
+  const size_t next = name.find('/', slash + 1);
+  return {name.substr(0, slash), name.substr(slash + 1, next == std::string::npos ? std::string::npos : next - slash - 1)};
+}
+
+class FloorReporter : public benchmark::ConsoleReporter {
+ public:
+  void ReportRuns(const std::vector<Run>& runs) override {
+    ConsoleReporter::ReportRuns(runs);
+    for (const Run& run : runs) {
+      if (run.error_occurred || run.iterations == 0) continue;
+      seconds_[run.benchmark_name()] = run.GetAdjustedRealTime();
+    }
+  }
+
+  void Finalize() override {
+    ConsoleReporter::Finalize();
+    bool header = false;
+    for (const auto& [name, time] : seconds_) {
+      const auto [family, arg] = splitName(name);
+      for (const auto& [measured, floorFamily] : comparisons()) {
+        if (family != measured) continue;
+        for (const auto& [floorName, floorTime] : seconds_) {
+          const auto [ff, fa] = splitName(floorName);
+          if (ff != floorFamily || fa != arg || floorTime <= 0) continue;
+          if (!header) {
+            std::printf("\nAgainst the floor measured in this run (time / floor time):\n");
+            header = true;
+          }
+          std::printf("  %-40s %-32s %6.2f\n", name.c_str(), floorName.c_str(), time / floorTime);
+        }
+      }
+    }
+    std::fflush(stdout);
+  }
+
+ private:
+  std::map<std::string, double> seconds_;
+};
+
+}  // namespace
+
+void compareWithFloor(const std::string& family, const std::string& floorFamily) {
+  comparisons().emplace_back(family, floorFamily);
+}
+
+int runBenchmarks(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  FloorReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  benchmark::Shutdown();
+  return 0;
+}
+
+}  // namespace kavor::bench
