@@ -1,3 +1,5 @@
 #include "bench/floor_report.h"
 
-int main(int argc, char** argv) { return kavor::bench::runBenchmarks(argc, argv); }
+int main(int argc, char** argv) {
+  return kavor::bench::runBenchmarks(argc, argv);
+}

@@ -32,7 +32,8 @@ void ReadPipeToMemory(benchmark::State& state) {
     std::unique_ptr<char[]> bytes(new char[data.size()]);
     size_t total = 0;
     ssize_t n;
-    while (total < data.size() && (n = ::read(feed.fd(), bytes.get() + total, data.size() - total)) > 0)
+    while (total < data.size() &&
+           (n = ::read(feed.fd(), bytes.get() + total, data.size() - total)) > 0)
       total += static_cast<size_t>(n);
     benchmark::DoNotOptimize(bytes.get());
     if (!feed.finish() || total != data.size()) state.SkipWithError("the pipe lost bytes");
@@ -69,7 +70,8 @@ void DecodePipe(benchmark::State& state) {
   state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * data.size()));
   if (last) {
     state.counters["entries"] = static_cast<double>(last->size());
-    state.counters["stored/json"] = static_cast<double>(last->memoryBytes()) / static_cast<double>(data.size());
+    state.counters["stored/json"] =
+        static_cast<double>(last->memoryBytes()) / static_cast<double>(data.size());
   }
 }
 
@@ -97,13 +99,24 @@ void DecodeHugePipe(benchmark::State& state) {
     bytes = decoder.bytesSeen();
     state.counters["entries"] = static_cast<double>(list->size());
     state.counters["json_GB"] = static_cast<double>(bytes) / 1e9;
-    state.counters["stored/json"] = static_cast<double>(list->memoryBytes()) / static_cast<double>(bytes);
+    state.counters["stored/json"] =
+        static_cast<double>(list->memoryBytes()) / static_cast<double>(bytes);
   }
   state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * bytes));
 }
 
-BENCHMARK(ReadPipeToMemory)->Arg(100000)->Arg(1000000)->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(5);
-BENCHMARK(DecodePipe)->Arg(100000)->Arg(1000000)->UseRealTime()->Unit(benchmark::kMillisecond)->Iterations(5);
+BENCHMARK(ReadPipeToMemory)
+    ->Arg(100000)
+    ->Arg(1000000)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(5);
+BENCHMARK(DecodePipe)
+    ->Arg(100000)
+    ->Arg(1000000)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(5);
 
 const bool registered = [] {
   compareWithFloor("DecodePipe", "ReadPipeToMemory");

@@ -21,7 +21,8 @@ std::pair<std::string, std::string> splitName(const std::string& name) {
   const size_t slash = name.find('/');
   if (slash == std::string::npos) return {name, ""};
   const size_t next = name.find('/', slash + 1);
-  return {name.substr(0, slash), name.substr(slash + 1, next == std::string::npos ? std::string::npos : next - slash - 1)};
+  return {name.substr(0, slash),
+          name.substr(slash + 1, next == std::string::npos ? std::string::npos : next - slash - 1)};
 }
 
 class FloorReporter : public benchmark::ConsoleReporter {

@@ -69,6 +69,8 @@ bool PipeFeed::finish() {
   return false;
 }
 
-PipeFeed::~PipeFeed() { finish(); }
+PipeFeed::~PipeFeed() {
+  finish();
+}
 
 }  // namespace kavor::bench

@@ -22,14 +22,18 @@ struct Rng {
 };
 
 constexpr std::array<std::string_view, 24> kSubsystems = {
-    "com.apple.xpc",         "com.apple.launchd",      "com.apple.TimeMachine",
-    "com.apple.sandbox",     "com.apple.network",      "com.apple.WindowServer",
-    "com.apple.bluetooth",   "com.apple.runningboard", "com.apple.coreanalytics",
-    "com.apple.spotlight",   "com.apple.mdworker",     "com.apple.securityd",
-    "com.apple.CFNetwork",   "com.apple.locationd",    "com.apple.powerd",
-    "com.apple.kernel",      "co.tarnwick.nimbet",     "com.apple.AppKit",
-    "com.apple.defaults",    "com.apple.duetactivityscheduler", "com.apple.TCC",
-    "com.apple.apsd",        "com.apple.cloudkit",     "",
+    "com.apple.xpc",           "com.apple.launchd",
+    "com.apple.TimeMachine",   "com.apple.sandbox",
+    "com.apple.network",       "com.apple.WindowServer",
+    "com.apple.bluetooth",     "com.apple.runningboard",
+    "com.apple.coreanalytics", "com.apple.spotlight",
+    "com.apple.mdworker",      "com.apple.securityd",
+    "com.apple.CFNetwork",     "com.apple.locationd",
+    "com.apple.powerd",        "com.apple.kernel",
+    "co.tarnwick.nimbet",      "com.apple.AppKit",
+    "com.apple.defaults",      "com.apple.duetactivityscheduler",
+    "com.apple.TCC",           "com.apple.apsd",
+    "com.apple.cloudkit",      "",
 };
 constexpr std::array<std::string_view, 12> kCategories = {
     "connection", "default", "general", "lifecycle", "activity", "state",
@@ -45,7 +49,8 @@ constexpr std::array<std::string_view, 16> kImages = {
     "/usr/sbin/bluetoothd",
     "/usr/libexec/runningboardd",
     "/System/Library/PrivateFrameworks/CoreAnalytics.framework/Versions/A/Support/analyticsd",
-    "/System/Library/Frameworks/CoreServices.framework/Frameworks/Metadata.framework/Versions/A/Support/mds",
+    "/System/Library/Frameworks/CoreServices.framework/Frameworks/Metadata.framework/Versions/A/"
+    "Support/mds",
     "/usr/lib/system/libxpc.dylib",
     "/usr/lib/libSystem.B.dylib",
     "/System/Library/Frameworks/CFNetwork.framework/Versions/A/CFNetwork",
@@ -54,18 +59,22 @@ constexpr std::array<std::string_view, 16> kImages = {
     "/kernel",
 };
 constexpr std::array<std::string_view, 10> kWords = {
-    "connection", "activated",  "error",   "failed",  "start",
-    "shutdown",   "backup",     "service", "request", "completed",
+    "connection", "activated", "error",   "failed",  "start",
+    "shutdown",   "backup",    "service", "request", "completed",
 };
 constexpr std::array<std::string_view, 6> kMessageTypes = {"Default", "Info",  "Debug",
-                                                          "Error",   "Fault", "Default"};
+                                                           "Error",   "Fault", "Default"};
 
 void appendEscaped(std::string& out, std::string_view text) {
   for (char c : text) {
-    if (c == '/') out += "\\/";
-    else if (c == '"') out += "\\\"";
-    else if (c == '\n') out += "\\n";
-    else out += c;
+    if (c == '/')
+      out += "\\/";
+    else if (c == '"')
+      out += "\\\"";
+    else if (c == '\n')
+      out += "\\n";
+    else
+      out += c;
   }
 }
 
@@ -84,7 +93,8 @@ std::string makeUuid(uint64_t a) {
 void appendUuid(std::string& out, size_t image) {
   static const std::array<std::string, kImages.size()> uuids = [] {
     std::array<std::string, kImages.size()> a;
-    for (size_t i = 0; i < a.size(); ++i) a[i] = makeUuid(i);
+    for (size_t i = 0; i < a.size(); ++i)
+      a[i] = makeUuid(i);
     return a;
   }();
   out += uuids[image];
@@ -98,7 +108,8 @@ void appendNumber(std::string& out, uint64_t v) {
 
 void appendPadded(std::string& out, uint64_t v, int width) {
   char buf[24];
-  for (int i = width - 1; i >= 0; --i, v /= 10) buf[i] = static_cast<char>('0' + v % 10);
+  for (int i = width - 1; i >= 0; --i, v /= 10)
+    buf[i] = static_cast<char>('0' + v % 10);
   out.append(buf, static_cast<size_t>(width));
 }
 
@@ -113,11 +124,20 @@ void appendMessage(std::string& out, Rng& r, size_t index) {
   out += " pid=";
   appendNumber(out, r.below(100000));
   switch (r.below(16)) {
-    case 0: out += " \\\"quoted\\\" path \\/private\\/var\\/tmp"; break;
-    case 1: out += " line one\\nline two"; break;
-    case 2: out += " caf\xC3\xA9 \xF0\x9F\x98\x80 e\xCC\x81"; break;
-    case 3: out += " \\u00e9\\u2603 tab\\tend"; break;
-    default: break;
+    case 0:
+      out += " \\\"quoted\\\" path \\/private\\/var\\/tmp";
+      break;
+    case 1:
+      out += " line one\\nline two";
+      break;
+    case 2:
+      out += " caf\xC3\xA9 \xF0\x9F\x98\x80 e\xCC\x81";
+      break;
+    case 3:
+      out += " \\u00e9\\u2603 tab\\tend";
+      break;
+    default:
+      break;
   }
 }
 
@@ -129,8 +149,9 @@ void appendSyntheticEntries(std::string& out, uint64_t seed, size_t first, size_
     const size_t image = r.below(kImages.size());
     const size_t sender = r.below(kImages.size());
     const size_t kind = r.below(40);
-    const std::string_view eventType =
-        kind == 0 ? "activityCreateEvent" : kind < 4 ? "signpostEvent" : "logEvent";
+    const std::string_view eventType = kind == 0  ? "activityCreateEvent"
+                                       : kind < 4 ? "signpostEvent"
+                                                  : "logEvent";
     if (i) out += ",";
     out += "{\n  \"traceID\" : ";
     // Every eighth identifier is above the signed 64-bit range, as the tool prints them.

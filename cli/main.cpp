@@ -1,1 +1,41 @@
-int main() { return 0; }
+// kavor-cli: the engine of Kavor from the command line, for terminals, scripts and tests.
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/command.h"
+
+#ifndef KAVOR_VERSION
+#error "KAVOR_VERSION comes from the project version in CMake"
+#endif
+
+using namespace kavor::cli;
+
+int main(int argc, char** argv) {
+  const std::vector<std::string_view> args(argv + std::min(argc, 1), argv + argc);
+  if (args.empty()) {
+    // Bad usage: the help goes where the error would, leaving standard output empty.
+    const std::string usage = overallUsage();
+    std::fwrite(usage.data(), 1, usage.size(), stderr);
+    return kExitUsage;
+  }
+  const std::string_view first = args.front();
+  if (first == "-h" || first == "--help") {
+    writeOut(overallUsage());
+    return finishOutput(kExitOk);
+  }
+  if (first == "--version") {
+    writeOut("kavor-cli " KAVOR_VERSION "\n");
+    return finishOutput(kExitOk);
+  }
+  const Command* command = findCommand(first);
+  if (!command) {
+    const std::string what = first.starts_with('-') ? "option" : "command";
+    return badUsage("unknown " + what + " \"" + std::string(first) +
+                    "\" (see \"kavor-cli --help\")");
+  }
+  return runCommand(*command, std::span(args).subspan(1));
+}

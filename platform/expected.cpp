@@ -9,6 +9,8 @@ std::string Error::message() const {
   return context + ": " + std::strerror(sysErrno);
 }
 
-Error ioError(std::string context, int err) { return Error{ErrorKind::io, std::move(context), err}; }
+Error ioError(std::string context, int err) {
+  return Error{ErrorKind::io, std::move(context), err};
+}
 
 }  // namespace kavor

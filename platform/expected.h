@@ -9,11 +9,11 @@
 namespace kavor {
 
 enum class ErrorKind {
-  io,           // the operating system refused a read, write, rename or launch
-  parse,        // bytes that should hold a known format do not
-  notFound,     // a file, key or entry that should exist does not
-  invalidInput, // a caller-supplied value is out of range or malformed
-  tooLarge,     // input beyond what the component can hold
+  io,            // the operating system refused a read, write, rename or launch
+  parse,         // bytes that should hold a known format do not
+  notFound,      // a file, key or entry that should exist does not
+  invalidInput,  // a caller-supplied value is out of range or malformed
+  tooLarge,      // input beyond what the component can hold
 };
 
 struct Error {
@@ -30,21 +30,33 @@ Error ioError(std::string context, int err);
 template <class T>
 class Expected {
  public:
-  Expected(T value) : v_(std::move(value)) {}  // NOLINT: implicit by design, like std::expected
+  Expected(T value) : v_(std::move(value)) {}      // NOLINT: implicit by design, like std::expected
   Expected(Error error) : v_(std::move(error)) {}  // NOLINT
 
   bool ok() const { return v_.index() == 0; }
   explicit operator bool() const { return ok(); }
 
-  T& value() & { assert(ok()); return std::get<0>(v_); }
-  const T& value() const& { assert(ok()); return std::get<0>(v_); }
-  T&& value() && { assert(ok()); return std::get<0>(std::move(v_)); }
+  T& value() & {
+    assert(ok());
+    return std::get<0>(v_);
+  }
+  const T& value() const& {
+    assert(ok());
+    return std::get<0>(v_);
+  }
+  T&& value() && {
+    assert(ok());
+    return std::get<0>(std::move(v_));
+  }
   T& operator*() & { return value(); }
   const T& operator*() const& { return value(); }
   T* operator->() { return &value(); }
   const T* operator->() const { return &value(); }
 
-  const Error& error() const { assert(!ok()); return std::get<1>(v_); }
+  const Error& error() const {
+    assert(!ok());
+    return std::get<1>(v_);
+  }
 
  private:
   std::variant<T, Error> v_;
@@ -52,6 +64,8 @@ class Expected {
 
 struct Ok {};
 using Status = Expected<Ok>;
-inline Status okStatus() { return Ok{}; }
+inline Status okStatus() {
+  return Ok{};
+}
 
 }  // namespace kavor

@@ -14,7 +14,9 @@ MemoryBlock::MemoryBlock(size_t bytes) : size_(bytes) {
   data_ = static_cast<char*>(p);
 }
 
-MemoryBlock::~MemoryBlock() { release(); }
+MemoryBlock::~MemoryBlock() {
+  release();
+}
 
 MemoryBlock::MemoryBlock(MemoryBlock&& other) noexcept
     : data_(std::exchange(other.data_, nullptr)), size_(std::exchange(other.size_, 0)) {}

@@ -18,16 +18,18 @@ NotificationCenter::Observation& NotificationCenter::Observation::operator=(
   return *this;
 }
 
-NotificationCenter::Observation::~Observation() { reset(); }
+NotificationCenter::Observation::~Observation() {
+  reset();
+}
 
 void NotificationCenter::Observation::reset() {
   if (!link_) return;
   if (auto shared = link_->center.lock()) {
     auto& entries = shared->entries;
     const uint64_t id = link_->id;
-    entries.erase(std::remove_if(entries.begin(), entries.end(),
-                                 [id](const Entry& e) { return e.id == id; }),
-                  entries.end());
+    entries.erase(
+        std::remove_if(entries.begin(), entries.end(), [id](const Entry& e) { return e.id == id; }),
+        entries.end());
   }
   link_.reset();
 }
@@ -51,7 +53,8 @@ void NotificationCenter::post(std::string_view name) {
     if (e.name == name) ids.push_back(e.id);
   for (uint64_t id : ids) {
     auto& entries = shared_->entries;
-    auto it = std::find_if(entries.begin(), entries.end(), [id](const Entry& e) { return e.id == id; });
+    auto it =
+        std::find_if(entries.begin(), entries.end(), [id](const Entry& e) { return e.id == id; });
     if (it == entries.end()) continue;
     Callback cb = it->callback;  // a copy: the entry may go away during the call
     cb();

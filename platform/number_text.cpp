@@ -7,12 +7,15 @@
 namespace kavor {
 
 namespace {
-bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f'; }
+bool isSpace(char c) {
+  return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f';
+}
 }  // namespace
 
 int64_t integerValueOf(std::string_view text) {
   size_t i = 0;
-  while (i < text.size() && isSpace(text[i])) ++i;
+  while (i < text.size() && isSpace(text[i]))
+    ++i;
   bool negative = false;
   if (i < text.size() && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
   // Accumulate as a negative number so that the minimum value reads without overflow.
@@ -35,7 +38,8 @@ int64_t integerValueOf(std::string_view text) {
 
 double doubleValueOf(std::string_view text) {
   size_t i = 0;
-  while (i < text.size() && isSpace(text[i])) ++i;
+  while (i < text.size() && isSpace(text[i]))
+    ++i;
   const char* first = text.data() + i;
   const char* last = text.data() + text.size();
   if (first != last && *first == '+') ++first;

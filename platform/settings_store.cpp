@@ -93,7 +93,8 @@ NamedListRead namedListFromPlist(const PlistValue& value) {
 PlistValue namedListToPlist(const NamedList& list) {
   PlistArray array;
   array.reserve(list.size());
-  for (const ListEntry& e : list) array.push_back(PlistArray{PlistValue(e.name), PlistValue(e.text)});
+  for (const ListEntry& e : list)
+    array.push_back(PlistArray{PlistValue(e.name), PlistValue(e.text)});
   return array;
 }
 

@@ -53,7 +53,9 @@ class SettingsStore {
   Status setBool(std::string_view key, bool v) { return setValue(key, PlistValue(v)); }
   Status setInteger(std::string_view key, int64_t v) { return setValue(key, PlistValue(v)); }
   Status setDouble(std::string_view key, double v) { return setValue(key, PlistValue(v)); }
-  Status setString(std::string_view key, std::string v) { return setValue(key, PlistValue(std::move(v))); }
+  Status setString(std::string_view key, std::string v) {
+    return setValue(key, PlistValue(std::move(v)));
+  }
   Status setNamedList(std::string_view key, const NamedList& list);
 
   NotificationCenter& notifications() { return notifications_; }

@@ -20,14 +20,28 @@ Error jsonError(simdjson::error_code code) {
 
 void storeValue(const dom::element& v, EntryKey key, EntryListBuilder& out) {
   switch (v.type()) {
-    case dom::element_type::STRING: out.setText(key, v.get_string().value_unsafe()); break;
-    case dom::element_type::INT64: out.setInteger(key, v.get_int64().value_unsafe()); break;
-    case dom::element_type::UINT64: out.setUnsigned(key, v.get_uint64().value_unsafe()); break;
-    case dom::element_type::DOUBLE: out.setReal(key, v.get_double().value_unsafe()); break;
-    case dom::element_type::BOOL: out.setBoolean(key, v.get_bool().value_unsafe()); break;
-    case dom::element_type::NULL_VALUE: out.setNull(key); break;
+    case dom::element_type::STRING:
+      out.setText(key, v.get_string().value_unsafe());
+      break;
+    case dom::element_type::INT64:
+      out.setInteger(key, v.get_int64().value_unsafe());
+      break;
+    case dom::element_type::UINT64:
+      out.setUnsigned(key, v.get_uint64().value_unsafe());
+      break;
+    case dom::element_type::DOUBLE:
+      out.setReal(key, v.get_double().value_unsafe());
+      break;
+    case dom::element_type::BOOL:
+      out.setBoolean(key, v.get_bool().value_unsafe());
+      break;
+    case dom::element_type::NULL_VALUE:
+      out.setNull(key);
+      break;
     case dom::element_type::ARRAY:
-    case dom::element_type::OBJECT: out.setOther(key, simdjson::minify(v)); break;
+    case dom::element_type::OBJECT:
+      out.setOther(key, simdjson::minify(v));
+      break;
   }
 }
 

@@ -49,6 +49,7 @@ struct EntryDecoder::Impl {
 };
 
 void EntryDecoder::Impl::dropBefore(size_t offset) {
+  if (offset == 0) return;
   std::memmove(buffer.get(), buffer.get() + offset, end - offset);
   end -= offset;
   scanner.shift(offset);
@@ -69,8 +70,8 @@ void EntryDecoder::Impl::makeRoom(size_t atLeast) {
 }
 
 // Parses the elements between buffer[open] ("[" or ",") and buffer[close] ("," or "]") here and
-// hands them to the worker to store. A guessed cut that does not parse leaves the bytes as they
-// were and no error: the caller then looks for the cut the slow way.
+// hands them to the worker to store. A guessed cut that does not parse is no error: the caller
+// then looks for the cut the slow way.
 bool EntryDecoder::Impl::parsePiece(size_t open, size_t close, bool endsAtComma, bool guessed) {
   const char openByte = buffer[open];
   const char closeByte = buffer[close];
@@ -83,14 +84,15 @@ bool EntryDecoder::Impl::parsePiece(size_t open, size_t close, bool endsAtComma,
   buffer[close] = ']';
   std::unique_ptr<EntryChunkParser> parser = worker.takeParser();
   Expected<size_t> n = parser->parse(buffer.get() + open, length);
+  // The parser keeps copies of what it needs. The bytes go back as they were: the scanner may
+  // not have reached the separator yet, and must see a comma there, not a bracket.
+  buffer[open] = openByte;
+  buffer[close] = closeByte;
   if (n && (*n > 0 || !(openByte == ',' || endsAtComma))) {
     worker.submit(std::move(parser), options.storeInWorker);
     return true;
   }
-  if (guessed) {
-    buffer[open] = openByte;
-    buffer[close] = closeByte;
-  } else {
+  if (!guessed) {
     error = n ? Error{ErrorKind::parse, "the output is not valid JSON: an element is missing"}
               : n.error();
   }
@@ -183,7 +185,9 @@ Expected<EntryList> EntryDecoder::finish() {
   return list;
 }
 
-size_t EntryDecoder::entriesDecoded() const { return impl_->worker.entries(); }
+size_t EntryDecoder::entriesDecoded() const {
+  return impl_->worker.entries();
+}
 
 Expected<EntryList> decodeEntries(std::string_view bytes) {
   EntryDecoder decoder;

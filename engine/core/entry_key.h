@@ -41,18 +41,37 @@ inline constexpr int kEntryKeyCount = 26;
 
 // The JSON key the log tool prints for each EntryKey, in EntryKey order.
 inline constexpr std::array<std::string_view, kEntryKeyCount> kEntryKeyNames = {
-    "timestamp",          "machTimestamp",       "messageType",
-    "category",           "subsystem",           "processUniqueID",
-    "threadID",           "traceID",             "senderProgramCounter",
-    "processID",          "eventMessage",        "processImagePath",
-    "processImageUUID",   "senderImagePath",     "senderImageUUID",
-    "timezoneName",       "eventType",           "activityIdentifier",
-    "parentActivityIdentifier", "creatorActivityID", "signpostID",
-    "signpostName",       "signpostType",        "signpostScope",
-    "formatString",       "source",
+    "timestamp",
+    "machTimestamp",
+    "messageType",
+    "category",
+    "subsystem",
+    "processUniqueID",
+    "threadID",
+    "traceID",
+    "senderProgramCounter",
+    "processID",
+    "eventMessage",
+    "processImagePath",
+    "processImageUUID",
+    "senderImagePath",
+    "senderImageUUID",
+    "timezoneName",
+    "eventType",
+    "activityIdentifier",
+    "parentActivityIdentifier",
+    "creatorActivityID",
+    "signpostID",
+    "signpostName",
+    "signpostType",
+    "signpostScope",
+    "formatString",
+    "source",
 };
 
-constexpr std::string_view entryKeyName(EntryKey key) { return kEntryKeyNames[static_cast<int>(key)]; }
+constexpr std::string_view entryKeyName(EntryKey key) {
+  return kEntryKeyNames[static_cast<int>(key)];
+}
 
 // The EntryKey of a JSON key, or none for keys Kavor does not keep.
 std::optional<EntryKey> entryKeyFromName(std::string_view name);

@@ -46,14 +46,27 @@ FieldValue FieldValue::makeNull() {
 
 void FieldValue::appendPlainText(std::string& out) const {
   switch (kind_) {
-    case ValueKind::absent: break;
+    case ValueKind::absent:
+      break;
     case ValueKind::text:
-    case ValueKind::other: out += text_; break;
-    case ValueKind::integer: out += std::to_string(i_); break;
-    case ValueKind::unsignedInteger: out += std::to_string(u_); break;
-    case ValueKind::real: out += shortestDoubleText(d_); break;
-    case ValueKind::null: out += "null"; break;
-    case ValueKind::boolean: out += i_ ? "true" : "false"; break;
+    case ValueKind::other:
+      out += text_;
+      break;
+    case ValueKind::integer:
+      out += std::to_string(i_);
+      break;
+    case ValueKind::unsignedInteger:
+      out += std::to_string(u_);
+      break;
+    case ValueKind::real:
+      out += shortestDoubleText(d_);
+      break;
+    case ValueKind::null:
+      out += "null";
+      break;
+    case ValueKind::boolean:
+      out += i_ ? "true" : "false";
+      break;
   }
 }
 
@@ -79,18 +92,25 @@ FieldValue EntryList::value(size_t index, EntryKey key) const {
   const uint64_t cell = storage_->cells.row(index)[static_cast<int>(key)];
   const TextArena& arena = storage_->arena;
   switch (cells::tagOf(cell)) {
-    case cells::kText: return FieldValue::makeText(ValueKind::text, arena.text(cells::payloadOf(cell)));
-    case cells::kOther: return FieldValue::makeText(ValueKind::other, arena.text(cells::payloadOf(cell)));
-    case cells::kSmallInt: return FieldValue::makeInteger(cells::smallIntOf(cell));
+    case cells::kText:
+      return FieldValue::makeText(ValueKind::text, arena.text(cells::payloadOf(cell)));
+    case cells::kOther:
+      return FieldValue::makeText(ValueKind::other, arena.text(cells::payloadOf(cell)));
+    case cells::kSmallInt:
+      return FieldValue::makeInteger(cells::smallIntOf(cell));
     case cells::kInt64:
       return FieldValue::makeInteger(static_cast<int64_t>(arena.word(cells::payloadOf(cell))));
-    case cells::kUInt64: return FieldValue::makeUnsigned(arena.word(cells::payloadOf(cell)));
+    case cells::kUInt64:
+      return FieldValue::makeUnsigned(arena.word(cells::payloadOf(cell)));
     case cells::kReal:
       return FieldValue::makeReal(std::bit_cast<double>(arena.word(cells::payloadOf(cell))));
-    case cells::kNull: return FieldValue::makeNull();
-    case cells::kBool: return FieldValue::makeBoolean(cells::payloadOf(cell) != 0);
+    case cells::kNull:
+      return FieldValue::makeNull();
+    case cells::kBool:
+      return FieldValue::makeBoolean(cells::payloadOf(cell) != 0);
     case cells::kAbsent:
-    default: return {};
+    default:
+      return {};
   }
 }
 

@@ -40,7 +40,8 @@ class FieldValue {
   ValueKind kind() const { return kind_; }
   bool present() const { return kind_ != ValueKind::absent; }
   bool isNumber() const {
-    return kind_ == ValueKind::integer || kind_ == ValueKind::unsignedInteger || kind_ == ValueKind::real;
+    return kind_ == ValueKind::integer || kind_ == ValueKind::unsignedInteger ||
+           kind_ == ValueKind::real;
   }
   // The text of a text value, or the JSON text of an other value; empty for the rest.
   std::string_view text() const { return text_; }

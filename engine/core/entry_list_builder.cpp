@@ -21,10 +21,14 @@ constexpr std::array<bool, kEntryKeyCount> kInterned = [] {
 
 }  // namespace
 
-EntryListBuilder::EntryListBuilder() { list_.storage_ = std::make_unique<EntryList::Storage>(); }
+EntryListBuilder::EntryListBuilder() {
+  list_.storage_ = std::make_unique<EntryList::Storage>();
+}
 EntryListBuilder::~EntryListBuilder() = default;
 
-void EntryListBuilder::beginRecord() { row_ = list_.storage_->cells.append(list_.count_++); }
+void EntryListBuilder::beginRecord() {
+  row_ = list_.storage_->cells.append(list_.count_++);
+}
 
 void EntryListBuilder::addNonRecord() {
   list_.storage_->cells.append(list_.count_);
@@ -34,7 +38,8 @@ void EntryListBuilder::addNonRecord() {
 
 void EntryListBuilder::setText(EntryKey key, std::string_view text) {
   auto& s = *list_.storage_;
-  const uint64_t ref = kInterned[static_cast<int>(key)] ? s.interner.intern(text) : s.arena.addText(text);
+  const uint64_t ref =
+      kInterned[static_cast<int>(key)] ? s.interner.intern(text) : s.arena.addText(text);
   cell(key) = cells::make(cells::kText, ref);
 }
 
@@ -58,9 +63,13 @@ void EntryListBuilder::setReal(EntryKey key, double v) {
   cell(key) = cells::make(cells::kReal, list_.storage_->arena.addWord(std::bit_cast<uint64_t>(v)));
 }
 
-void EntryListBuilder::setBoolean(EntryKey key, bool v) { cell(key) = cells::make(cells::kBool, v ? 1 : 0); }
+void EntryListBuilder::setBoolean(EntryKey key, bool v) {
+  cell(key) = cells::make(cells::kBool, v ? 1 : 0);
+}
 
-void EntryListBuilder::setNull(EntryKey key) { cell(key) = cells::make(cells::kNull, 0); }
+void EntryListBuilder::setNull(EntryKey key) {
+  cell(key) = cells::make(cells::kNull, 0);
+}
 
 void EntryListBuilder::setOther(EntryKey key, std::string_view json) {
   cell(key) = cells::make(cells::kOther, list_.storage_->interner.intern(json));

@@ -2,7 +2,9 @@
 
 namespace kavor {
 
-EntryPieceWorker::~EntryPieceWorker() { stop(); }
+EntryPieceWorker::~EntryPieceWorker() {
+  stop();
+}
 
 void EntryPieceWorker::stop() {
   {

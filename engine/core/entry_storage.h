@@ -34,9 +34,15 @@ inline constexpr uint64_t kPayloadMask = (uint64_t{1} << kTagShift) - 1;
 inline constexpr int64_t kSmallMin = -(int64_t{1} << 59);
 inline constexpr int64_t kSmallMax = (int64_t{1} << 59) - 1;
 
-constexpr uint64_t make(Tag tag, uint64_t payload) { return (uint64_t{tag} << kTagShift) | payload; }
-constexpr Tag tagOf(uint64_t cell) { return static_cast<Tag>(cell >> kTagShift); }
-constexpr uint64_t payloadOf(uint64_t cell) { return cell & kPayloadMask; }
+constexpr uint64_t make(Tag tag, uint64_t payload) {
+  return (uint64_t{tag} << kTagShift) | payload;
+}
+constexpr Tag tagOf(uint64_t cell) {
+  return static_cast<Tag>(cell >> kTagShift);
+}
+constexpr uint64_t payloadOf(uint64_t cell) {
+  return cell & kPayloadMask;
+}
 constexpr int64_t smallIntOf(uint64_t cell) {
   // Sign-extend the 60-bit payload.
   return static_cast<int64_t>(cell << (64 - kTagShift)) >> (64 - kTagShift);

@@ -6,7 +6,9 @@ namespace kavor {
 
 namespace {
 
-inline bool isJsonSpace(char c) { return c == ' ' || c == '\n' || c == '\r' || c == '\t'; }
+inline bool isJsonSpace(char c) {
+  return c == ' ' || c == '\n' || c == '\r' || c == '\t';
+}
 
 }  // namespace
 
@@ -19,7 +21,8 @@ void JsonArrayScanner::fail(std::string why) {
 }
 
 void JsonArrayScanner::scanPrologue(const char* buf, size_t end) {
-  while (scanned_ < end && isJsonSpace(buf[scanned_])) ++scanned_;
+  while (scanned_ < end && isJsonSpace(buf[scanned_]))
+    ++scanned_;
   if (scanned_ == end) return;
   if (buf[scanned_] != '[') return fail("the output is not a JSON array");
   open_ = scanned_++;
@@ -57,13 +60,15 @@ void JsonArrayScanner::scan(const char* buf, size_t end, bool final) {
   }
   if (state_ == State::afterArray) scanEpilogue(buf, end);
   if (final && state_ == State::beforeArray) fail("the output is empty");
-  if (final && state_ == State::inArray) fail("the JSON array is not closed: the output was cut short");
+  if (final && state_ == State::inArray)
+    fail("the JSON array is not closed: the output was cut short");
 }
 
 size_t JsonArrayScanner::lastSeparator(const char* buf, size_t end) const {
   if (blocks_.lastElementEnd == npos) return npos;
   size_t i = blocks_.lastElementEnd + 1;
-  while (i < end && isJsonSpace(buf[i])) ++i;
+  while (i < end && isJsonSpace(buf[i]))
+    ++i;
   return i < end && buf[i] == ',' ? i : npos;
 }
 

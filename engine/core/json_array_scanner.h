@@ -27,7 +27,7 @@ class JsonArrayScanner {
   State state() const { return state_; }
   const std::string& failure() const { return failure_; }
   size_t scanned() const { return scanned_; }
-  size_t arrayOpen() const { return open_; }          // the "[" that opens the array
+  size_t arrayOpen() const { return open_; }           // the "[" that opens the array
   size_t arrayClose() const { return blocks_.close; }  // the "]" that closes it, once seen
   // The comma after the last object or array element that ended, when it has arrived: a cut
   // there leaves whole elements on both sides. npos otherwise. Elements that are plain values

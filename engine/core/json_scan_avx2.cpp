@@ -11,7 +11,9 @@ namespace kavor {
 
 namespace {
 
-inline uint64_t movemask(__m256i v) { return static_cast<uint32_t>(_mm256_movemask_epi8(v)); }
+inline uint64_t movemask(__m256i v) {
+  return static_cast<uint32_t>(_mm256_movemask_epi8(v));
+}
 
 inline Masks classify(const char* p) {
   const __m256i lo = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));

@@ -37,9 +37,12 @@ inline Masks classify(const char* p) {
   for (int i = 0; i < 64; ++i) {
     const char c = p[i];
     const uint64_t bit = uint64_t{1} << i;
-    if (c == '"') m.quote |= bit;
-    else if (c == '\\') m.backslash |= bit;
-    else if (c == '[' || c == ']' || c == '{' || c == '}') m.brackets |= bit;
+    if (c == '"')
+      m.quote |= bit;
+    else if (c == '\\')
+      m.backslash |= bit;
+    else if (c == '[' || c == ']' || c == '{' || c == '}')
+      m.brackets |= bit;
   }
 #endif
   return m;
@@ -66,7 +69,9 @@ size_t scanBlocksBaseline(const char* data, size_t size, size_t base, JsonScanSt
 size_t scanBlocksAvx2(const char* data, size_t size, size_t base, JsonScanState& st) {
   return scanBlocksBaseline(data, size, base, st);
 }
-bool haveAvx2Kernel() { return false; }
+bool haveAvx2Kernel() {
+  return false;
+}
 #endif
 
 }  // namespace kavor

@@ -12,8 +12,8 @@ struct JsonScanState {
   uint64_t prevInString = 0;  // all ones when the previous block ended inside a string
   uint64_t prevEscaped = 0;   // 1 when the previous block ended with an unfinished escape
   size_t lastElementEnd = npos;
-  size_t close = npos;     // where depth came back to 0
-  bool badClose = false;   // ... and it was a "}"
+  size_t close = npos;    // where depth came back to 0
+  bool badClose = false;  // ... and it was a "}"
 };
 
 // Kernels for whole 64-byte blocks; see scanBlocksWith. The AVX2 one exists on x86-64 builds and

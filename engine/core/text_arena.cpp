@@ -12,10 +12,12 @@ constexpr size_t kLargestBlock = size_t{64} << 20;
 char* TextArena::reserve(size_t bytes, uint64_t& ref) {
   if (blocks_.empty() || blockUsed_ + bytes > blocks_.back().size()) {
     // Blocks double up to a ceiling, so small lists stay small and large ones need few blocks.
-    size_t next = blocks_.empty() ? kFirstBlock : std::min(blocks_.back().size() * 2, kLargestBlock);
+    size_t next =
+        blocks_.empty() ? kFirstBlock : std::min(blocks_.back().size() * 2, kLargestBlock);
     next = std::max(next, bytes + 1);
     blocks_.emplace_back(next);
-    blockUsed_ = blocks_.size() == 1 ? 1 : 0;  // offset 0 of block 0 stays unused: no reference is 0
+    blockUsed_ =
+        blocks_.size() == 1 ? 1 : 0;  // offset 0 of block 0 stays unused: no reference is 0
   }
   ref = (uint64_t{blocks_.size() - 1} << kOffsetBits) | blockUsed_;
   char* p = blocks_.back().data() + blockUsed_;

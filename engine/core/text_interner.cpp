@@ -34,7 +34,8 @@ void TextInterner::grow() {
   for (const Slot& s : old) {
     if (!s.ref) continue;
     size_t i = s.hash & mask;
-    while (slots_[i].ref) i = (i + 1) & mask;
+    while (slots_[i].ref)
+      i = (i + 1) & mask;
     slots_[i] = s;
   }
 }

@@ -1,0 +1,36 @@
+#include "cli/input_file.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+namespace kavor::cli {
+
+Expected<InputFile> InputFile::open(std::string_view operand) {
+  if (operand == "-") return InputFile(STDIN_FILENO, false, "standard input");
+  std::string name(operand);
+  const int fd = ::open(name.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) return ioError(name, errno);
+  return InputFile(fd, true, std::move(name));
+}
+
+InputFile::~InputFile() {
+  if (owned_) ::close(fd_);
+}
+
+InputFile::InputFile(InputFile&& other) noexcept
+    : fd_(std::exchange(other.fd_, -1)),
+      owned_(std::exchange(other.owned_, false)),
+      name_(std::move(other.name_)) {}
+
+Expected<size_t> InputFile::read(std::span<char> into) {
+  for (;;) {
+    const ssize_t n = ::read(fd_, into.data(), into.size());
+    if (n >= 0) return static_cast<size_t>(n);
+    if (errno != EINTR) return ioError(name_, errno);
+  }
+}
+
+}  // namespace kavor::cli
