@@ -13,7 +13,10 @@ Error usageError(std::string message) {
 }
 
 std::string quoted(std::string_view text) {
-  return "\"" + std::string(text) + "\"";
+  std::string out = "\"";
+  out += text;
+  out += '"';
+  return out;
 }
 
 }  // namespace

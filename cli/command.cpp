@@ -21,7 +21,10 @@ std::string seeHelp(const Command& command) {
 
 std::string optionLabel(const OptionSpec& option) {
   std::string label(option.name);
-  if (!option.valueName.empty()) label += " " + std::string(option.valueName);
+  if (!option.valueName.empty()) {
+    label += ' ';
+    label += option.valueName;
+  }
   return label;
 }
 
@@ -68,9 +71,15 @@ std::string overallUsage() {
 }
 
 std::string commandUsage(const Command& command) {
-  std::string text = "Usage: kavor-cli " + std::string(command.name);
-  if (!command.synopsis.empty()) text += " " + std::string(command.synopsis);
-  text += "\n\n" + std::string(command.details) + "\n\nOptions:\n";
+  std::string text = "Usage: kavor-cli ";
+  text += command.name;
+  if (!command.synopsis.empty()) {
+    text += ' ';
+    text += command.synopsis;
+  }
+  text += "\n\n";
+  text += command.details;
+  text += "\n\nOptions:\n";
   std::vector<Row> rows;
   for (const OptionSpec& option : command.options)
     rows.emplace_back(optionLabel(option), option.help);
