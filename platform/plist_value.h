@@ -34,23 +34,29 @@ class PlistValue {
 
   PlistValue() : v_(std::string()) {}
   PlistValue(bool b) : v_(b) {}  // NOLINT: values convert implicitly, as literals do in a plist
-  PlistValue(int v) : v_(int64_t{v}) {}        // NOLINT
-  PlistValue(int64_t v) : v_(v) {}             // NOLINT
-  PlistValue(double v) : v_(v) {}              // NOLINT
-  PlistValue(std::string s) : v_(std::move(s)) {}             // NOLINT
-  PlistValue(std::string_view s) : v_(std::string(s)) {}      // NOLINT
-  PlistValue(const char* s) : v_(std::string(s)) {}           // NOLINT
-  PlistValue(PlistDate d) : v_(d) {}                          // NOLINT
-  PlistValue(PlistData d) : v_(std::move(d)) {}               // NOLINT
-  PlistValue(PlistArray a) : v_(std::move(a)) {}              // NOLINT
-  PlistValue(PlistDict d) : v_(std::move(d)) {}               // NOLINT
+  PlistValue(int v) : v_(int64_t{v}) {}                   // NOLINT
+  PlistValue(int64_t v) : v_(v) {}                        // NOLINT
+  PlistValue(double v) : v_(v) {}                         // NOLINT
+  PlistValue(std::string s) : v_(std::move(s)) {}         // NOLINT
+  PlistValue(std::string_view s) : v_(std::string(s)) {}  // NOLINT
+  PlistValue(const char* s) : v_(std::string(s)) {}       // NOLINT
+  PlistValue(PlistDate d) : v_(d) {}                      // NOLINT
+  PlistValue(PlistData d) : v_(std::move(d)) {}           // NOLINT
+  PlistValue(PlistArray a) : v_(std::move(a)) {}          // NOLINT
+  PlistValue(PlistDict d) : v_(std::move(d)) {}           // NOLINT
 
   template <class T>
-  bool is() const { return std::holds_alternative<T>(v_); }
+  bool is() const {
+    return std::holds_alternative<T>(v_);
+  }
   template <class T>
-  const T* get() const { return std::get_if<T>(&v_); }
+  const T* get() const {
+    return std::get_if<T>(&v_);
+  }
   template <class T>
-  T* get() { return std::get_if<T>(&v_); }
+  T* get() {
+    return std::get_if<T>(&v_);
+  }
 
   // Dictionary helpers; null when this is not a dictionary or has no such key.
   const PlistValue* find(std::string_view key) const;
