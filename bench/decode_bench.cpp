@@ -41,14 +41,22 @@ void ReadPipeToMemory(benchmark::State& state) {
   state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * data.size()));
 }
 
-Expected<EntryList> decodeFrom(int fd, EntryDecoder& decoder) {
+// Decodes what the child writes; on failure, marks the benchmark and gives nothing.
+std::optional<EntryList> decodeFrom(PipeFeed& feed, EntryDecoder& decoder,
+                                    benchmark::State& state) {
   for (;;) {
     const std::span<char> room = decoder.prepare(size_t{1} << 20);
-    const ssize_t n = ::read(fd, room.data(), room.size());
+    const ssize_t n = ::read(feed.fd(), room.data(), room.size());
     if (n <= 0) break;
     decoder.commit(static_cast<size_t>(n));
   }
-  return decoder.finish();
+  Expected<EntryList> list = decoder.finish();
+  feed.finish();
+  if (!list) {
+    state.SkipWithError(list.error().message().c_str());
+    return std::nullopt;
+  }
+  return std::move(*list);
 }
 
 void DecodePipe(benchmark::State& state) {
@@ -57,12 +65,8 @@ void DecodePipe(benchmark::State& state) {
   for (auto _ : state) {
     PipeFeed feed(data);
     EntryDecoder decoder;
-    Expected<EntryList> list = decodeFrom(feed.fd(), decoder);
-    feed.finish();
-    if (!list) {
-      state.SkipWithError(list.error().message().c_str());
-      break;
-    }
+    std::optional<EntryList> list = decodeFrom(feed, decoder, state);
+    if (!list) break;
     state.PauseTiming();  // freeing the previous list is not part of decoding this one
     last = std::move(*list);
     state.ResumeTiming();
@@ -90,12 +94,8 @@ void DecodeHugePipe(benchmark::State& state) {
       return next < entries;
     });
     EntryDecoder decoder;
-    Expected<EntryList> list = decodeFrom(feed.fd(), decoder);
-    feed.finish();
-    if (!list) {
-      state.SkipWithError(list.error().message().c_str());
-      break;
-    }
+    std::optional<EntryList> list = decodeFrom(feed, decoder, state);
+    if (!list) break;
     bytes = decoder.bytesSeen();
     state.counters["entries"] = static_cast<double>(list->size());
     state.counters["json_GB"] = static_cast<double>(bytes) / 1e9;

@@ -33,7 +33,7 @@ std::optional<std::string_view> Arguments::value(std::string_view option) const 
 }
 
 Expected<Arguments> parseArguments(std::span<const std::string_view> args,
-                                   std::span<const OptionSpec> specs) {
+                                   std::span<const OptionSpec> known) {
   Arguments parsed;
   for (size_t i = 0; i < args.size(); ++i) {
     const std::string_view arg = args[i];
@@ -51,10 +51,10 @@ Expected<Arguments> parseArguments(std::span<const std::string_view> args,
     }
     const size_t equals = arg.find('=');
     const std::string_view name = arg.substr(0, equals);
-    const auto spec = std::find_if(specs.begin(), specs.end(),
-                                   [&](const OptionSpec& s) { return s.name == name; });
-    if (spec == specs.end()) return usageError("unknown option " + quoted(name));
-    const bool takesValue = !spec->valueName.empty();
+    const auto option = std::find_if(known.begin(), known.end(),
+                                     [&](const OptionSpec& s) { return s.name == name; });
+    if (option == known.end()) return usageError("unknown option " + quoted(name));
+    const bool takesValue = !option->valueName.empty();
     if (!takesValue) {
       if (equals != std::string_view::npos)
         return usageError("option " + std::string(name) + " takes no value");

@@ -31,7 +31,7 @@ struct Arguments {
 // Fails with ErrorKind::invalidInput, the message naming the offending argument. Parsing stops
 // at -h or --help so that a command's help shows whatever else is wrong with the line.
 Expected<Arguments> parseArguments(std::span<const std::string_view> args,
-                                   std::span<const OptionSpec> specs);
+                                   std::span<const OptionSpec> known);
 
 // A whole number above zero, the whole of the text; the message names the option.
 Expected<int> positiveNumber(std::string_view option, std::string_view text);
