@@ -1,48 +1,11 @@
 #include "engine/core/entry_list.h"
 
 #include <algorithm>
-#include <bit>
 
 #include "engine/core/entry_storage.h"
 #include "platform/number_text.h"
 
 namespace kavor {
-
-FieldValue FieldValue::makeText(ValueKind kind, std::string_view text) {
-  FieldValue v;
-  v.kind_ = kind;
-  v.text_ = text;
-  return v;
-}
-FieldValue FieldValue::makeInteger(int64_t x) {
-  FieldValue v;
-  v.kind_ = ValueKind::integer;
-  v.i_ = x;
-  return v;
-}
-FieldValue FieldValue::makeUnsigned(uint64_t x) {
-  FieldValue v;
-  v.kind_ = ValueKind::unsignedInteger;
-  v.u_ = x;
-  return v;
-}
-FieldValue FieldValue::makeReal(double x) {
-  FieldValue v;
-  v.kind_ = ValueKind::real;
-  v.d_ = x;
-  return v;
-}
-FieldValue FieldValue::makeBoolean(bool x) {
-  FieldValue v;
-  v.kind_ = ValueKind::boolean;
-  v.i_ = x ? 1 : 0;
-  return v;
-}
-FieldValue FieldValue::makeNull() {
-  FieldValue v;
-  v.kind_ = ValueKind::null;
-  return v;
-}
 
 void FieldValue::appendPlainText(std::string& out) const {
   switch (kind_) {
@@ -53,19 +16,19 @@ void FieldValue::appendPlainText(std::string& out) const {
       out += text_;
       break;
     case ValueKind::integer:
-      out += std::to_string(i_);
+      out += std::to_string(integer());
       break;
     case ValueKind::unsignedInteger:
-      out += std::to_string(u_);
+      out += std::to_string(unsignedInteger());
       break;
     case ValueKind::real:
-      out += shortestDoubleText(d_);
+      out += shortestDoubleText(real());
       break;
     case ValueKind::null:
       out += "null";
       break;
     case ValueKind::boolean:
-      out += i_ ? "true" : "false";
+      out += boolean() ? "true" : "false";
       break;
   }
 }
@@ -82,7 +45,7 @@ EntryList::EntryList(EntryList&&) noexcept = default;
 EntryList& EntryList::operator=(EntryList&&) noexcept = default;
 
 bool EntryList::isRecord(size_t index) const {
-  if (!storage_) return false;
+  if (index >= count_) return false;
   const auto& nr = storage_->nonRecords;
   return !std::binary_search(nr.begin(), nr.end(), index);
 }
@@ -91,23 +54,24 @@ FieldValue EntryList::value(size_t index, EntryKey key) const {
   if (index >= count_) return {};
   const uint64_t cell = storage_->cells.row(index)[static_cast<int>(key)];
   const TextArena& arena = storage_->arena;
+  const uint64_t payload = cells::payloadOf(cell);
   switch (cells::tagOf(cell)) {
     case cells::kText:
-      return FieldValue::makeText(ValueKind::text, arena.text(cells::payloadOf(cell)));
+      return {ValueKind::text, arena.text(payload)};
     case cells::kOther:
-      return FieldValue::makeText(ValueKind::other, arena.text(cells::payloadOf(cell)));
+      return {ValueKind::other, arena.text(payload)};
     case cells::kSmallInt:
-      return FieldValue::makeInteger(cells::smallIntOf(cell));
+      return {ValueKind::integer, static_cast<uint64_t>(cells::smallIntOf(cell))};
     case cells::kInt64:
-      return FieldValue::makeInteger(static_cast<int64_t>(arena.word(cells::payloadOf(cell))));
+      return {ValueKind::integer, arena.word(payload)};
     case cells::kUInt64:
-      return FieldValue::makeUnsigned(arena.word(cells::payloadOf(cell)));
+      return {ValueKind::unsignedInteger, arena.word(payload)};
     case cells::kReal:
-      return FieldValue::makeReal(std::bit_cast<double>(arena.word(cells::payloadOf(cell))));
+      return {ValueKind::real, arena.word(payload)};
     case cells::kNull:
-      return FieldValue::makeNull();
+      return {ValueKind::null, uint64_t{0}};
     case cells::kBool:
-      return FieldValue::makeBoolean(cells::payloadOf(cell) != 0);
+      return {ValueKind::boolean, payload};
     case cells::kAbsent:
     default:
       return {};

@@ -4,6 +4,7 @@
 // repeat from entry to entry (subsystems, categories, image paths and UUIDs, types) held once.
 // Immutable once decoded, so any number of threads may read it.
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -30,12 +31,6 @@ enum class ValueKind : uint8_t {
 class FieldValue {
  public:
   FieldValue() = default;
-  static FieldValue makeText(ValueKind kind, std::string_view text);
-  static FieldValue makeInteger(int64_t v);
-  static FieldValue makeUnsigned(uint64_t v);
-  static FieldValue makeReal(double v);
-  static FieldValue makeBoolean(bool v);
-  static FieldValue makeNull();
 
   ValueKind kind() const { return kind_; }
   bool present() const { return kind_ != ValueKind::absent; }
@@ -45,10 +40,10 @@ class FieldValue {
   }
   // The text of a text value, or the JSON text of an other value; empty for the rest.
   std::string_view text() const { return text_; }
-  int64_t integer() const { return i_; }
-  uint64_t unsignedInteger() const { return u_; }
-  double real() const { return d_; }
-  bool boolean() const { return i_ != 0; }
+  int64_t integer() const { return static_cast<int64_t>(bits_); }
+  uint64_t unsignedInteger() const { return bits_; }
+  double real() const { return std::bit_cast<double>(bits_); }
+  bool boolean() const { return bits_ != 0; }
 
   // The plain text form: a text as it is, numbers in decimal (a real as its shortest round-trip
   // form), null as "null", booleans as "true" or "false", objects and arrays as their JSON text.
@@ -56,13 +51,14 @@ class FieldValue {
   std::string plainText() const;
 
  private:
+  friend class EntryList;
+  FieldValue(ValueKind kind, std::string_view text) : kind_(kind), text_(text) {}
+  // Numbers and booleans: an integer's two's complement, a real's bits, or 0 and 1.
+  FieldValue(ValueKind kind, uint64_t bits) : kind_(kind), bits_(bits) {}
+
   ValueKind kind_ = ValueKind::absent;
   std::string_view text_;
-  union {
-    int64_t i_ = 0;
-    uint64_t u_;
-    double d_;
-  };
+  uint64_t bits_ = 0;
 };
 
 class EntryListBuilder;
@@ -78,7 +74,7 @@ class EntryList {
 
   size_t size() const { return count_; }
   bool empty() const { return count_ == 0; }
-  // False for elements of the array that were not objects: they have no keys.
+  // False for elements of the array that were not objects (they have no keys), and past the end.
   bool isRecord(size_t index) const;
   FieldValue value(size_t index, EntryKey key) const;
 

@@ -4,6 +4,8 @@
 
 namespace kavor {
 
+namespace {
+
 uint64_t hashText(std::string_view text) {
   const char* p = text.data();
   size_t n = text.size();
@@ -25,6 +27,8 @@ uint64_t hashText(std::string_view text) {
   h *= 0xD6E8FEB86659FD93ull;
   return h ^ (h >> 32);
 }
+
+}  // namespace
 
 void TextInterner::grow() {
   std::vector<Slot> old;

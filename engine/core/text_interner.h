@@ -30,6 +30,4 @@ class TextInterner {
   size_t count_ = 0;
 };
 
-uint64_t hashText(std::string_view text);
-
 }  // namespace kavor

@@ -146,6 +146,8 @@ TEST(EntryDecoder, EmptyArraysDecodeAndElementsThatAreNotObjectsHaveNoKeys) {
   }
   EXPECT_TRUE(list->isRecord(4));
   EXPECT_EQ(list->value(4, EntryKey::timestamp).text(), "t");
+  EXPECT_FALSE(list->isRecord(6));
+  EXPECT_FALSE(list->value(6, EntryKey::timestamp).present());
 }
 
 TEST(EntryDecoder, OutputThatIsNotOneJsonArrayFailsWithAReason) {
