@@ -3,8 +3,7 @@
 #include <string>
 
 #include "cli/command.h"
-#include "cli/input_file.h"
-#include "engine/core/entry_decoder.h"
+#include "cli/decoded_input.h"
 
 namespace kavor::cli {
 
@@ -60,17 +59,8 @@ void appendEntry(std::string& out, const EntryList& list, size_t index, std::str
 }
 
 int runEntries(const Arguments& args) {
-  auto input = InputFile::open(args.operands.empty() ? "-" : args.operands.front());
-  if (!input) return failed(input.error().message());
-  EntryDecoder decoder;
-  for (;;) {
-    const auto n = input->read(decoder.prepare());
-    if (!n) return failed(n.error().message());
-    if (*n == 0) break;
-    decoder.commit(*n);
-  }
-  const auto list = decoder.finish();
-  if (!list) return failed(input->name() + ": " + list.error().message());
+  const auto list = decodeInput(args);
+  if (!list) return failed(list.error().message());
 
   if (args.has(kCount)) {
     writeOut(std::to_string(list->size()) + "\n");

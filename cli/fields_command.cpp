@@ -3,38 +3,20 @@
 #include <string>
 
 #include "cli/command.h"
+#include "cli/os_version_option.h"
 #include "engine/core/field_table.h"
-#include "platform/system_paths.h"
-#include "platform/system_version.h"
 
 namespace kavor::cli {
 
 namespace {
 
-constexpr std::string_view kOsVersion = "--os-version";
-
-constexpr OptionSpec kOptions[] = {
-    {kOsVersion, "N",
-     "the system's version number: 12-15 for 10.12-10.15, 16 for 11, 17 for 12 and later"},
-};
+constexpr OptionSpec kOptions[] = {kOsVersionOption};
 
 int runFields(const Arguments& args) {
-  int osVersion = 0;
-  if (const auto text = args.value(kOsVersion)) {
-    const auto n = positiveNumber(kOsVersion, *text);
-    if (!n) return badUsage(n.error().message());
-    osVersion = *n;
-  } else {
-    const SystemPaths paths(systemRootFrom(processEnvironment()));
-    const auto version = readSystemVersion(paths);
-    if (!version) {
-      printError(version.error().message());
-      return failed("the system root is " + paths.root().string() +
-                    "; pass --os-version N to list the fields of a given version");
-    }
-    osVersion = osVersionFrom(*version);
-  }
-  for (const std::string& line : fieldListLines(osVersion)) {
+  int status = kExitOk;
+  const auto osVersion = osVersionOption(args, status);
+  if (!osVersion) return status;
+  for (const std::string& line : fieldListLines(*osVersion)) {
     writeOut(line);
     writeOut("\n");
   }
