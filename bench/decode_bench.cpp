@@ -5,11 +5,11 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "bench/decoded_log.h"
 #include "bench/floor_report.h"
 #include "bench/pipe_feed.h"
 #include "bench/synthetic_log.h"
@@ -17,13 +17,6 @@
 
 namespace kavor::bench {
 namespace {
-
-const std::string& syntheticOutput(size_t entries) {
-  static std::map<size_t, std::string> cache;
-  auto it = cache.find(entries);
-  if (it == cache.end()) it = cache.emplace(entries, syntheticLog(entries)).first;
-  return it->second;
-}
 
 void ReadPipeToMemory(benchmark::State& state) {
   const std::string& data = syntheticOutput(static_cast<size_t>(state.range(0)));

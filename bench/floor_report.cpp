@@ -40,11 +40,13 @@ class FloorReporter : public benchmark::ConsoleReporter {
     bool header = false;
     for (const auto& [name, time] : seconds_) {
       const auto [family, arg] = splitName(name);
-      for (const auto& [measured, floorFamily] : comparisons()) {
-        if (family != measured) continue;
+      for (const auto& [measured, floor] : comparisons()) {
+        const auto [mf, ma] = splitName(measured);
+        if (family != mf || (!ma.empty() && arg != ma)) continue;
+        const auto [ff, fa] = splitName(floor);
         for (const auto& [floorName, floorTime] : seconds_) {
-          const auto [ff, fa] = splitName(floorName);
-          if (ff != floorFamily || fa != arg || floorTime <= 0) continue;
+          const auto [nf, na] = splitName(floorName);
+          if (nf != ff || na != (fa.empty() ? arg : fa) || floorTime <= 0) continue;
           if (!header) {
             std::printf("\nAgainst the floor measured in this run (time / floor time):\n");
             header = true;
@@ -62,8 +64,8 @@ class FloorReporter : public benchmark::ConsoleReporter {
 
 }  // namespace
 
-void compareWithFloor(const std::string& family, const std::string& floorFamily) {
-  comparisons().emplace_back(family, floorFamily);
+void compareWithFloor(const std::string& measured, const std::string& floor) {
+  comparisons().emplace_back(measured, floor);
 }
 
 int runBenchmarks(int argc, char** argv) {

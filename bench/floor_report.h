@@ -6,9 +6,11 @@
 
 namespace kavor::bench {
 
-// Benchmarks whose name starts with `family` are compared with the benchmark of `floorFamily`
-// that has the same argument ("DecodePipe/1000000" with "ReadPipeToMemory/1000000").
-void compareWithFloor(const std::string& family, const std::string& floorFamily);
+// Benchmarks of `measured` are compared with the benchmark of `floor` that has the same argument
+// ("DecodePipe/1000000" with "ReadPipeToMemory/1000000"). Either may name one argument instead:
+// "StyleCapped/1000000" against "StyleCapped/1000", or every "StyleAll" against
+// "ReadPipeToMemory/100000".
+void compareWithFloor(const std::string& measured, const std::string& floor);
 
 // Runs the registered benchmarks with the console report plus the ratio table.
 int runBenchmarks(int argc, char** argv);
