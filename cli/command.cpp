@@ -45,6 +45,7 @@ std::span<const Command* const> commands() {
   static const Command* const table[] = {
       &entriesCommand(),
       &fieldsCommand(),
+      &styleCommand(),
   };
   return table;
 }

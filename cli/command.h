@@ -27,6 +27,7 @@ struct Command {
 
 const Command& entriesCommand();
 const Command& fieldsCommand();
+const Command& styleCommand();
 
 std::span<const Command* const> commands();
 const Command* findCommand(std::string_view name);

@@ -32,3 +32,38 @@ kavor_cli_case(entries_empty ARGS entries STDIN /dev/null EXIT 1 STDERR_HAS
                "standard input: the output is empty")
 kavor_cli_case(entries_missing_file ARGS entries ${KAVOR_TEST_DATA}/cli/none.json EXIT 1
                STDERR_HAS "none.json: No such file or directory")
+
+# style: the window's styled log, in markup so colours can be compared.
+set(worked ${KAVOR_TEST_DATA}/cli/worked_example.json)
+kavor_cli_case(style_worked_example ARGS style --style "0hr 2g 6b 9b 4r 10" --color markup
+               --os-version 17 ${worked})
+kavor_cli_case(style_worked_example_ansi ARGS style --style "0hr 2g 6b 9b 4r 10" --color always
+               --os-version 17 - STDIN ${worked})
+kavor_cli_case(style_sample_default ARGS style --os-version 15 --color never --counts ${sample}
+               STDERR_HAS "(12)")
+kavor_cli_case(style_sample_basic_plus ARGS style --style-name basic+ --color markup
+               --os-version 15 ${sample})
+kavor_cli_case(style_sample_everything ARGS style --style "0d 2g 3 11fr 13fg 16 21 25 10T"
+               --show-signposts --show-activities --no-limit --counts --color markup
+               --os-version 15 ${sample} STDERR_HAS "12")
+kavor_cli_case(style_sample_regex ARGS style --filter-name "*failures"
+               --filter-text "fail(ed|ure)|error [0-9]+" --color never --os-version 15 ${sample})
+kavor_cli_case(style_sample_literal ARGS style --filter-name failures
+               --filter-text "fail(ed|ure)|error [0-9]+" --color never --os-version 15 ${sample})
+kavor_cli_case(style_sample_typed_filter ARGS style --filter CAFÉ --color never --os-version 15
+               --style 10 ${sample})
+kavor_cli_case(style_sample_cap ARGS style --cap 2 --show-signposts
+               --show-activities --color never --os-version 15 ${sample})
+kavor_cli_case(style_mixed ARGS style --style "0 10 9 1 25" --color never --os-version 15
+               STDIN ${KAVOR_TEST_DATA}/cli/mixed.json)
+kavor_cli_case(style_version_from_root ARGS style --style "21 16" --color never ${sample}
+               ENV KAVOR_SYSTEM_ROOT=${KAVOR_TEST_DATA}/roots/v10.13)
+kavor_cli_case(style_bad_color ARGS style --color sometimes ${sample} EXIT 64
+               STDERR_HAS "--color wants")
+kavor_cli_case(style_filter_conflict ARGS style --filter x --filter-name y --filter-text z
+               ${sample} EXIT 64 STDERR_HAS "--filter goes alone")
+kavor_cli_case(style_filter_half ARGS style --filter-name y ${sample} EXIT 64
+               STDERR_HAS "go together")
+kavor_cli_case(style_bad_cap ARGS style --cap 0 ${sample} EXIT 64 STDERR_HAS "--cap")
+kavor_cli_case(style_unknown_name ARGS style --style-name fancy --os-version 15 ${sample} EXIT 64
+               STDERR_HAS "basic+, regular")

@@ -1,0 +1,35 @@
+#pragma once
+// "Does this message contain that text, ignoring case?" as the user's language reads it: full
+// case folding ("ß" finds "SS"), composed and decomposed letters alike, a letter never found
+// inside a letter with marks ("e" is not in "é"), and Turkish and Azeri dotted and dotless i.
+// ASCII text against an ASCII needle, the usual case, is compared byte by byte.
+// Not shared between threads.
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace kavor {
+
+class CaselessText {
+ public:
+  // locale: an ICU locale id such as "tr_TR"; empty for the user's default locale.
+  explicit CaselessText(std::string_view needle, std::string_view locale = {});
+  ~CaselessText();
+  CaselessText(CaselessText&&) noexcept;
+  CaselessText& operator=(CaselessText&&) noexcept;
+
+  // An empty needle is contained in no text.
+  bool foundIn(std::string_view text);
+
+ private:
+  struct Folded;
+  bool foundAsAscii(std::string_view text) const;
+
+  std::string lowerAscii_;  // the needle in ASCII lower case, when the byte path may be used
+  bool asciiPath_ = false;
+  bool empty_ = true;
+  std::unique_ptr<Folded> folded_;
+};
+
+}  // namespace kavor
