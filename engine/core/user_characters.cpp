@@ -36,7 +36,7 @@ bool UserCharacters::bytesAreCharacters(std::string_view text) {
   for (; n > 0; ++p, --n)
     high |= static_cast<uint8_t>(*p);
   if (high & 0x8080808080808080ull) return false;
-  return std::memchr(text.data(), '\r', text.size()) == nullptr;
+  return text.find('\r') == std::string_view::npos;
 }
 
 UserCharacters::Breaker& UserCharacters::breaker(std::string_view text) {
