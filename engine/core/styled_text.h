@@ -25,16 +25,6 @@ struct StyledText {
   // The pieces in other colours than the text colour, in order and apart; adjacent pieces of one
   // colour stay separate runs, so the pieces a style made can be told apart.
   std::vector<ColourRun> runs;
-
-  void append(std::string_view piece, TextColour colour = TextColour::text) {
-    if (colour != TextColour::text && !piece.empty())
-      runs.push_back(ColourRun{text.size(), piece.size(), colour});
-    text += piece;
-  }
-  void clear() {
-    text.clear();
-    runs.clear();
-  }
 };
 
 }  // namespace kavor
