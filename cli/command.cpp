@@ -46,6 +46,7 @@ std::span<const Command* const> commands() {
       &entriesCommand(),
       &fieldsCommand(),
       &styleCommand(),
+      &csvCommand(),
   };
   return table;
 }

@@ -28,6 +28,7 @@ struct Command {
 const Command& entriesCommand();
 const Command& fieldsCommand();
 const Command& styleCommand();
+const Command& csvCommand();
 
 std::span<const Command* const> commands();
 const Command* findCommand(std::string_view name);

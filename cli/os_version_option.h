@@ -11,10 +11,6 @@ inline constexpr std::string_view kOsVersion = "--os-version";
 inline constexpr OptionSpec kOsVersionOption = {
     kOsVersion, "N",
     "the system's version number: 12-15 for 10.12-10.15, 16 for 11, 17 for 12 and later"};
-inline constexpr std::string_view kOsVersionDetails =
-    "Without --os-version the version is read from the system root\n"
-    "(KAVOR_SYSTEM_ROOT when it is set).";
-
 // The version given, or else the system root's. When there is none, the problem has been
 // reported and exitStatus holds the status to exit with.
 std::optional<int> osVersionOption(const Arguments& args, int& exitStatus);

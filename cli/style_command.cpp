@@ -6,6 +6,7 @@
 #include "cli/command.h"
 #include "cli/decoded_input.h"
 #include "cli/os_version_option.h"
+#include "cli/show_switches_option.h"
 #include "cli/styled_output.h"
 #include "engine/query/entry_styler.h"
 #include "engine/query/named_lists.h"
@@ -21,9 +22,6 @@ constexpr std::string_view kFilterName = "--filter-name";
 constexpr std::string_view kFilterText = "--filter-text";
 constexpr std::string_view kCap = "--cap";
 constexpr std::string_view kNoLimit = "--no-limit";
-constexpr std::string_view kShowSignposts = "--show-signposts";
-constexpr std::string_view kShowActivities = "--show-activities";
-constexpr std::string_view kHideLogEntries = "--hide-log-entries";
 constexpr std::string_view kColour = "--color";
 constexpr std::string_view kCounts = "--counts";
 
@@ -35,9 +33,9 @@ constexpr OptionSpec kOptions[] = {
     {kFilterText, "TEXT", "the text of the --filter-name filter"},
     {kCap, "N", "the entry limit (default: 999, which lets 1000 entries through)"},
     {kNoLimit, {}, "no entry limit"},
-    {kShowSignposts, {}, "show signpostEvent entries"},
-    {kShowActivities, {}, "show activityCreateEvent entries"},
-    {kHideLogEntries, {}, "hide logEvent entries"},
+    kShowSignpostsOption,
+    kShowActivitiesOption,
+    kHideLogEntriesOption,
     kOsVersionOption,
     {kColour, "WHEN", "auto (default), always, never, or markup (<r>red </r>, <g>, <b>)"},
     {kCounts, {}, "print the entry count label on standard error"},
@@ -82,9 +80,7 @@ int runStyle(const Arguments& args) {
     input.theLogCap = *n;
   }
   input.limitEntries = !args.has(kNoLimit);
-  input.show = ShowSwitches{.showLogEntries = !args.has(kHideLogEntries),
-                            .showSignposts = args.has(kShowSignposts),
-                            .showActivities = args.has(kShowActivities)};
+  input.show = showSwitchesFrom(args);
   const auto mode = colourModeFrom(args.value(kColour).value_or("auto"));
   if (!mode) return badUsage("--color wants auto, always, never or markup");
   int status = kExitOk;

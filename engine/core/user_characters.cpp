@@ -50,7 +50,13 @@ UserCharacters::Breaker& UserCharacters::breaker(std::string_view text) {
 
 size_t UserCharacters::prefixBytes(std::string_view text, size_t n) {
   if (n == 0) return 0;
-  if (bytesAreCharacters(text)) return n <= text.size() ? n : npos;
+  if (n > text.size()) {
+    if (bytesAreCharacters(text)) return npos;
+  } else if (bytesAreCharacters(text.substr(0, n + 1))) {
+    // The byte after the first n starts a character of its own, so they end there: accents or
+    // emoji further on need no counting.
+    return n;
+  }
   Breaker& b = breaker(text);
   // Without ICU's rules, code points are the best measure left.
   if (!b.iterator) {

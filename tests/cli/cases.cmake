@@ -67,3 +67,18 @@ kavor_cli_case(style_filter_half ARGS style --filter-name y ${sample} EXIT 64
 kavor_cli_case(style_bad_cap ARGS style --cap 0 ${sample} EXIT 64 STDERR_HAS "--cap")
 kavor_cli_case(style_unknown_name ARGS style --style-name fancy --os-version 15 ${sample} EXIT 64
                STDERR_HAS "basic+, regular")
+
+# csv
+kavor_cli_case(csv_sample ARGS csv --os-version 15 ${sample})
+kavor_cli_case(csv_sample_13_stdin ARGS csv --os-version=13 - STDIN ${sample})
+kavor_cli_case(csv_sample_12_other_types ARGS csv --os-version 12 --hide-log-entries
+               --show-signposts --show-activities ${sample})
+kavor_cli_case(csv_mixed ARGS csv --os-version 15 STDIN ${KAVOR_TEST_DATA}/cli/mixed.json)
+kavor_cli_case(csv_empty_array ARGS csv --os-version 15 ${KAVOR_TEST_DATA}/cli/csv_empty.json)
+kavor_cli_case(csv_version_from_root ARGS csv --show-signposts ${sample}
+               ENV KAVOR_SYSTEM_ROOT=${KAVOR_TEST_DATA}/roots/v14)
+kavor_cli_case(csv_help ARGS csv --help)
+kavor_cli_case(csv_bad_os_version ARGS csv --os-version 0 ${sample} EXIT 64
+               STDERR_HAS "not \"0\"")
+kavor_cli_case(csv_not_array ARGS csv --os-version 15 ${KAVOR_TEST_DATA}/cli/not_array.json
+               EXIT 1 STDERR_HAS "not a JSON array")

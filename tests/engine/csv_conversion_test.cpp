@@ -1,0 +1,203 @@
+#include "engine/query/csv_conversion.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "engine/core/entry_decoder.h"
+
+namespace kavor {
+namespace {
+
+constexpr std::string_view kHeaderFrom14 =
+    "datestamp,timestamp,timecorr,machTimestamp,messageType,category,subsystem,processUniqueID,"
+    "threadID,traceID,senderProgramCounter,processID,eventMessage,processImagePath,"
+    "processImageUUID,senderImagePath,senderImageUUID,timezoneName,eventType,activityIdentifier,"
+    "parentActivityIdentifier,creatorActivityID,signpostID,signpostName,signpostType,"
+    "signpostScope,source\n";
+
+// What follows an unsplit timestamp in a row of nothing else, before 13.
+constexpr std::string_view kRestBefore13 = R"(,,"","","",,,,,,"","","","","","")"
+                                           "\n";
+
+std::string csv(std::string_view json, int osVersion = 15, ShowSwitches switches = {}) {
+  Expected<EntryList> list = decodeEntries(json);
+  EXPECT_TRUE(list) << list.error().message();
+  if (!list) return {};
+  return convertToCsv(*list, osVersion, switches).value_or("(nothing)");
+}
+
+std::string rows(std::string_view json, int osVersion = 15, ShowSwitches switches = {}) {
+  const std::string text = csv(json, osVersion, switches);
+  return text.substr(text.find('\n') + 1);
+}
+
+std::string rowOf(std::string_view object, int osVersion = 12) {
+  return rows("[" + std::string(object) + "]", osVersion);
+}
+
+// The field of `key` in a row whose values hold no commas: while the timestamp fills one column,
+// a key's column is its number.
+std::string fieldOf(std::string_view row, EntryKey key) {
+  size_t start = 0;
+  for (int i = 0; i < static_cast<int>(key); ++i)
+    start = row.find(',', start) + 1;
+  return std::string(row.substr(start, row.find_first_of(",\n", start) - start));
+}
+
+std::string message(std::string_view text) {
+  return fieldOf(rowOf(R"({"eventMessage" : ")" + std::string(text) + "\"}"),
+                 EntryKey::eventMessage);
+}
+
+TEST(CsvConversion, HeadersFollowTheSystem) {
+  for (int osVersion : {14, 15, 17})
+    EXPECT_EQ(csv("[{}]", osVersion).substr(0, kHeaderFrom14.size()), kHeaderFrom14);
+  EXPECT_EQ(csv("[{}]", 13).substr(0, csv("[{}]", 13).find('\n') + 1),
+            "datestamp,timestamp,timecorr,machTimestamp,messageType,category,subsystem,"
+            "processUniqueID,threadID,traceID,senderProgramCounter,processID,eventMessage,"
+            "processImagePath,processImageUUID,senderImagePath,senderImageUUID,timezoneName,"
+            "eventType,activityIdentifier,parentActivityIdentifier,creatorActivityID,signpostID,"
+            "source\n");
+  EXPECT_EQ(csv("[{}]", 12).substr(0, csv("[{}]", 12).find('\n') + 1),
+            "datestamp,timestamp,timecorr,machTimestamp,messageType,category,subsystem,"
+            "processUniqueID,threadID,traceID,senderProgramCounter,processID,eventMessage,"
+            "processImagePath,processImageUUID,senderImagePath,senderImageUUID,timezoneName\n");
+  EXPECT_EQ(csv("[]"), "(nothing)");
+}
+
+TEST(CsvConversion, FullEntryFillsEveryColumn) {
+  EXPECT_EQ(
+      csv(R"([{"timestamp" : "2020-11-16 10:20:30.123456+0000", "machTimestamp" : 86419224108211,
+      "messageType" : "Default", "category" : "connection", "subsystem" : "com.apple.xpc",
+      "processUniqueID" : 1204, "threadID" : 1047213, "traceID" : 4627159180935172,
+      "senderProgramCounter" : 52748, "processID" : 412, "eventMessage" : "activating",
+      "processImagePath" : "\/usr\/sbin\/cfprefsd", "processImageUUID" : "E6A0",
+      "senderImagePath" : "\/usr\/lib\/libxpc.dylib", "senderImageUUID" : "3D2F",
+      "timezoneName" : "", "eventType" : "logEvent", "activityIdentifier" : 0,
+      "parentActivityIdentifier" : 7, "creatorActivityID" : 8, "signpostID" : 9,
+      "signpostName" : "sn", "signpostType" : "st", "signpostScope" : "ss",
+      "formatString" : "activating %s", "source" : null}])"),
+      std::string(kHeaderFrom14) +
+          R"("2020-11-16","10:20:30.123456","+0000",86419224108211,"Default","connection",)"
+          R"("com.apple.xpc",1204,1047213,4627159180935172,52748,412,"activating",)"
+          R"("/usr/sbin/cfprefsd","E6A0","/usr/lib/libxpc.dylib","3D2F","","logEvent",)"
+          R"(0,7,8,9,"sn","st","ss",null)"
+          "\n");
+}
+
+TEST(CsvConversion, MissingKeysAndNonRecordsGiveEmptyFields) {
+  const std::string row = rowOf(R"({"subsystem" : "s"})");
+  EXPECT_EQ(fieldOf(row, EntryKey::processID), "");
+  EXPECT_EQ(fieldOf(row, EntryKey::category), "\"\"");
+  EXPECT_EQ(fieldOf(row, EntryKey::subsystem), "\"s\"");
+  const std::string empty = "\"\"" + std::string(kRestBefore13);
+  EXPECT_EQ(rows(R"([{}, 42, "text", null, [1, 2]])", 12), empty + empty + empty + empty + empty);
+}
+
+TEST(CsvConversion, TimestampSplitsFromTwentyNineCharacters) {
+  const auto timestampRow = [](std::string_view timestamp) {
+    return rowOf(R"({"timestamp" : ")" + std::string(timestamp) + "\"}");
+  };
+  const std::string rest(kRestBefore13);
+  EXPECT_EQ(timestampRow("2020-11-16 10:20:30.123456+0"),
+            R"("2020-11-16 10:20:30.123456+0")" + rest);
+  EXPECT_EQ(timestampRow("2020-11-16 10:20:30.123456+00"),
+            R"("2020-11-16","10:20:30.123456","+00")" + rest);
+  // Characters, not bytes: the full-width digits take three bytes each.
+  EXPECT_EQ(timestampRow("２０２０-11-16 10:20:30.123456+0000"),
+            R"("２０２０-11-16","10:20:30.123456","+0000")" + rest);
+  // Every space becomes a column break, also one after the time.
+  EXPECT_EQ(timestampRow("2020-11-16 10:20:30.123456 +0000"),
+            R"("2020-11-16","10:20:30.123456","","+0000")" + rest);
+}
+
+TEST(CsvConversion, MessageQuotesDoubledAndLineFeedsFlattened) {
+  EXPECT_EQ(message(R"(say \"hi\")"), R"("say ""hi""")");
+  EXPECT_EQ(message(R"(one\ntwo\n)"), R"("one two ")");
+  // Values of one character are left alone, a lone quote or line feed included.
+  EXPECT_EQ(message(R"(\")"), R"(""")");
+  EXPECT_EQ(rowOf(R"({"eventMessage" : "\n"})"),
+            "\"\",,\"\",\"\",\"\",,,,,,\"\n\",\"\",\"\",\"\",\"\",\"\"\n");
+}
+
+TEST(CsvConversion, LongMessagesKeep255WholeCharacters) {
+  const std::string a254(254, 'a');
+  EXPECT_EQ(message(std::string(300, 'a')), "\"" + a254 + "a\"");
+  // The cut comes after the quotes are doubled, and may split a pair.
+  EXPECT_EQ(message(a254 + R"(\"bc)"), "\"" + a254 + "\"\"");
+  const std::string thumb = "\U0001F44D\U0001F3FD";  // with its skin tone: one character
+  EXPECT_EQ(message(a254 + thumb + "bcd"), "\"" + a254 + thumb + "\"");
+  // The accent belongs to the 255th character although the 255 bytes before it are plain.
+  EXPECT_EQ(message(a254 + "e\u0301bc"), "\"" + a254 + "e\u0301\"");
+  std::string accents;  // e and a combining accent: one character in three bytes
+  for (int i = 0; i < 255; ++i)
+    accents += "e\u0301";
+  EXPECT_EQ(message(accents + "xyz"), "\"" + accents + "\"");
+  EXPECT_EQ(message(accents.substr(0, 300)), "\"" + accents.substr(0, 300) + "\"");
+}
+
+TEST(CsvConversion, OnlyImagePathsAndMessageDoubleQuotes) {
+  const std::string row =
+      rowOf(R"({"processImagePath" : "\/a\"b", "senderImagePath" : "\"", "category" : "c\"d",)"
+            R"( "subsystem" : "s\"\"t", "processImageUUID" : "u\"v"})");
+  EXPECT_EQ(fieldOf(row, EntryKey::processImagePath), R"("/a""b")");
+  EXPECT_EQ(fieldOf(row, EntryKey::senderImagePath), R"(""")");
+  EXPECT_EQ(fieldOf(row, EntryKey::category), R"("c"d")");
+  EXPECT_EQ(fieldOf(row, EntryKey::subsystem), R"("s""t")");
+  EXPECT_EQ(fieldOf(row, EntryKey::processImageUUID), R"("u"v")");
+}
+
+TEST(CsvConversion, ShowSwitchesPickRowsByEventType) {
+  const auto subsystems = [](ShowSwitches switches) {
+    const std::string text = rows(R"([
+      {"subsystem" : "log", "eventType" : "logEvent"},
+      {"subsystem" : "signpost", "eventType" : "signpostEvent"},
+      {"subsystem" : "activity", "eventType" : "activityCreateEvent"},
+      {"subsystem" : "state", "eventType" : "stateEvent"},
+      {"subsystem" : "untyped"}, {"subsystem" : "numbered", "eventType" : 3}, 42])",
+                                  12, switches);
+    std::vector<std::string> seen;
+    for (size_t at = 0; at < text.size(); at = text.find('\n', at) + 1)
+      seen.push_back(fieldOf(std::string_view(text).substr(at), EntryKey::subsystem));
+    return seen;
+  };
+  using V = std::vector<std::string>;
+  EXPECT_EQ(subsystems({}),
+            (V{R"("log")", R"("state")", R"("untyped")", R"("numbered")", R"("")"}));
+  EXPECT_EQ(subsystems({.showLogEntries = false, .showSignposts = true, .showActivities = true}),
+            (V{R"("signpost")", R"("activity")", R"("state")", R"("untyped")", R"("numbered")",
+               R"("")"}));
+}
+
+TEST(CsvConversion, UnexpectedTypes) {
+  EXPECT_EQ(
+      rowOf(R"({"timestamp" : 5, "category" : null, "subsystem" : {"a" : 1}, "messageType" : true,
+      "machTimestamp" : "12,5", "processUniqueID" : "abc", "threadID" : 2.5, "traceID" : true,
+      "senderProgramCounter" : null, "processID" : {"a" : "b"}, "eventMessage" : 7,
+      "activityIdentifier" : 18446744073709551615, "parentActivityIdentifier" : -1,
+      "creatorActivityID" : "x\ny", "signpostID" : "q\"r", "source" : {"file" : "c.c"}})",
+            15),
+      R"("","12,5","","","",abc,2.5,true,null,"{""a"":""b""}","","","","","","","",)"
+      R"(18446744073709551615,-1,"x)"
+      "\n"
+      R"(y","q""r","","","",null)"
+      "\n");
+}
+
+// The first rows are converted before the rest; none may be lost or repeated between them.
+TEST(CsvConversion, ManyEntriesAllWritten) {
+  std::string json = "[{\"processID\":0}";
+  for (int i = 1; i < 3000; ++i)
+    json += ",{\"processID\":" + std::to_string(i) + "}";
+  const std::string text = rows(json + "]", 12);
+  size_t lines = 0;
+  for (size_t at = 0; at < text.size(); at = text.find('\n', at) + 1, ++lines)
+    ASSERT_EQ(fieldOf(std::string_view(text).substr(at), EntryKey::processID),
+              std::to_string(lines));
+  EXPECT_EQ(lines, 3000u);
+}
+
+}  // namespace
+}  // namespace kavor
