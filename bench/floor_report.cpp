@@ -31,7 +31,9 @@ class FloorReporter : public benchmark::ConsoleReporter {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {
       if (run.error_occurred || run.iterations == 0) continue;
-      seconds_[run.benchmark_name()] = run.GetAdjustedRealTime();
+      // Times come in each benchmark's own unit; ratios need one.
+      seconds_[run.benchmark_name()] =
+          run.GetAdjustedRealTime() / benchmark::GetTimeUnitMultiplier(run.time_unit);
     }
   }
 
@@ -51,7 +53,7 @@ class FloorReporter : public benchmark::ConsoleReporter {
             std::printf("\nAgainst the floor measured in this run (time / floor time):\n");
             header = true;
           }
-          std::printf("  %-40s %-32s %6.2f\n", name.c_str(), floorName.c_str(), time / floorTime);
+          std::printf("  %-40s %-32s %8.3g\n", name.c_str(), floorName.c_str(), time / floorTime);
         }
       }
     }
