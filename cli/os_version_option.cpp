@@ -3,6 +3,7 @@
 #include <string>
 
 #include "cli/command.h"
+#include "platform/demo_root.h"
 #include "platform/system_paths.h"
 #include "platform/system_version.h"
 
@@ -15,7 +16,11 @@ std::optional<int> osVersionOption(const Arguments& args, int& exitStatus) {
     exitStatus = badUsage(n.error().message());
     return std::nullopt;
   }
-  const SystemPaths paths(systemRootFrom(processEnvironment()));
+  const EnvLookup env = processEnvironment();
+  // On first use the demo system is made, so that there is a system to read.
+  if (const auto made = ensureDemoRoot(env, runningProgram()); !made)
+    printError(made.error().message());
+  const SystemPaths paths(systemRootFrom(env));
   const auto version = readSystemVersion(paths);
   if (version) return osVersionFrom(*version);
   printError(version.error().message());
