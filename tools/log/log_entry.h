@@ -15,7 +15,7 @@ struct LogEntry {
   std::string messageType;  // "Default", "Info", "Debug", "Error", "Fault"; "" for some events
   std::string eventType;    // "logEvent", "signpostEvent", "activityCreateEvent", ...
   std::string category;
-  std::string subsystem;    // may be empty (kernel entries have none)
+  std::string subsystem;  // may be empty (kernel entries have none)
   uint64_t processUniqueID = 0;
   uint64_t threadID = 0;
   uint64_t traceID = 0;
