@@ -1,15 +1,11 @@
 #include "platform/demo_root.h"
 
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <string>
 #include <system_error>
-#include <vector>
 
-extern char** environ;
+#include "platform/child_process.h"
 
 namespace kavor {
 
@@ -49,22 +45,16 @@ Status ensureDemoRoot(const EnvLookup& env, const fs::path& program) {
   // A half-made root from an interrupted first start is made again from scratch.
   fs::remove_all(root, ec);
   fs::create_directories(root.parent_path(), ec);
-  std::vector<std::string> args = {tool->string(), "make-system", root.string()};
-  std::vector<char*> argv;
-  for (std::string& a : args)
-    argv.push_back(a.data());
-  argv.push_back(nullptr);
-  pid_t pid = 0;
-  if (const int err = ::posix_spawn(&pid, argv[0], nullptr, nullptr, argv.data(), environ))
-    return ioError("starting " + tool->string(), err);
-  int status = 0;
-  while (::waitpid(pid, &status, 0) < 0)
-    if (errno != EINTR) return ioError("waiting for " + tool->string(), errno);
-  if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
-    return Error{ErrorKind::io, "making the demo system at " + root.string() + " failed", 0};
+  const std::string args[] = {"make-system", root.string()};
+  StringSink ignored;
+  const auto ran = runChildProcess(*tool, args, ignored);
+  if (!ran) return ran.error();
+  if (ran->status != 0)
+    return Error{ErrorKind::io,
+                 "making the demo system at " + root.string() + " failed: " + ran->standardError,
+                 0};
   return okStatus();
 }
-
 fs::path runningProgram() {
   std::error_code ec;
   const fs::path self = fs::read_symlink("/proc/self/exe", ec);

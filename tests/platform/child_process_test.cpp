@@ -1,0 +1,67 @@
+#include "platform/child_process.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace kavor {
+namespace {
+
+ChildExit runShell(const std::string& script, std::vector<std::string> more, std::string& out) {
+  std::vector<std::string> args = {"-c", script, "sh"};
+  args.insert(args.end(), more.begin(), more.end());
+  StringSink sink;
+  const auto ran = runChildProcess("/bin/sh", args, sink);
+  EXPECT_TRUE(ran.ok());
+  out = sink.take();
+  return ran ? *ran : ChildExit{};
+}
+
+TEST(ChildProcess, ArgumentsArriveWhole) {
+  std::string out;
+  const ChildExit exit = runShell("printf '[%s]' \"$@\"",
+                                  {"a b", "\"quoted\" 'single'", "line\nfeed", "$HOME", "*"}, out);
+  EXPECT_EQ(exit.status, 0);
+  EXPECT_EQ(out, "[a b][\"quoted\" 'single'][line\nfeed][$HOME][*]");
+}
+
+TEST(ChildProcess, StatusAndStandardErrorAreKept) {
+  std::string out;
+  ChildExit exit = runShell("echo partial; echo 'log: bad predicate' >&2; exit 64", {}, out);
+  EXPECT_EQ(exit.status, 64);
+  EXPECT_EQ(out, "partial\n");
+  EXPECT_EQ(exit.standardError, "log: bad predicate\n");
+  exit = runShell("kill -9 $$", {}, out);
+  EXPECT_EQ(exit.status, 128 + 9);
+  // Far more than a pipe holds, on both streams at once.
+  exit = runShell("head -c 3000000 /dev/zero; head -c 200000 /dev/zero >&2", {}, out);
+  EXPECT_EQ(out.size(), 3000000u);
+  EXPECT_EQ(exit.standardError.size(), size_t{64} << 10);
+}
+
+TEST(ChildProcess, AMissingProgramIsAnError) {
+  StringSink sink;
+  const auto ran = runChildProcess("/nonexistent/log", {}, sink);
+  ASSERT_FALSE(ran.ok());
+  EXPECT_NE(ran.error().message().find("No such file or directory"), std::string::npos);
+}
+
+TEST(ChildProcess, RunsAtOnceKeepTheirOwnOutput) {
+  std::vector<std::string> outs(4);
+  std::vector<std::thread> threads;
+  for (size_t i = 0; i < outs.size(); ++i)
+    threads.emplace_back([&outs, i] {
+      const ChildExit exit =
+          runShell("sleep 0.2; printf '%s' \"$1\"", {std::to_string(i)}, outs[i]);
+      EXPECT_EQ(exit.status, 0);
+    });
+  for (std::thread& t : threads)
+    t.join();
+  for (size_t i = 0; i < outs.size(); ++i)
+    EXPECT_EQ(outs[i], std::to_string(i));
+}
+
+}  // namespace
+}  // namespace kavor
