@@ -17,6 +17,7 @@ namespace {
 
 constexpr size_t kKeptErrorBytes = size_t{64} << 10;
 constexpr size_t kStringSinkStep = size_t{1} << 20;
+constexpr int kPipeBytes = 1 << 20;
 
 struct Pipe {
   int read = -1;
@@ -73,6 +74,9 @@ Expected<ChildExit> runChildProcess(const std::filesystem::path& program,
                                     std::span<const std::string> args, OutputSink& output) {
   Pipe out, err;
   if (!out.open() || !err.open()) return ioError("making a pipe for " + program.string(), errno);
+  // A larger pipe lets a fast writer such as the log tool run ahead in bigger pieces; without the
+  // privilege for it the default size serves.
+  ::fcntl(out.write, F_SETPIPE_SZ, kPipeBytes);
   SpawnActions spawn;
   posix_spawn_file_actions_adddup2(&spawn.actions, out.write, STDOUT_FILENO);
   posix_spawn_file_actions_adddup2(&spawn.actions, err.write, STDERR_FILENO);

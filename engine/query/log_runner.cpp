@@ -7,10 +7,13 @@ namespace kavor {
 
 namespace {
 
+// As much as the pipe holds, so that each read takes what is there.
+constexpr size_t kReadPiece = size_t{1} << 20;
+
 // The tool's output goes straight into the decoder's buffers.
 class DecodingSink final : public OutputSink {
  public:
-  std::span<char> room() override { return decoder_.prepare(); }
+  std::span<char> room() override { return decoder_.prepare(kReadPiece); }
   void commit(size_t bytes) override { decoder_.commit(bytes); }
   Expected<EntryList> finish() { return decoder_.finish(); }
 
