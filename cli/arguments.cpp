@@ -79,4 +79,11 @@ Expected<int> positiveNumber(std::string_view option, std::string_view text) {
   return n;
 }
 
+std::vector<OptionSpec> joinOptions(std::initializer_list<std::span<const OptionSpec>> parts) {
+  std::vector<OptionSpec> all;
+  for (const auto& part : parts)
+    all.insert(all.end(), part.begin(), part.end());
+  return all;
+}
+
 }  // namespace kavor::cli

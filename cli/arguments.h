@@ -2,6 +2,7 @@
 // The options and operands that follow a command's name, taken apart the same way for every
 // command: "--name value", "--name=value", "-h"/"--help", "--" ending the options, "-" an operand.
 
+#include <initializer_list>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -27,6 +28,9 @@ struct Arguments {
   // The value given last, as with most tools when an option is repeated.
   std::optional<std::string_view> value(std::string_view option) const;
 };
+
+// Option tables shared between commands, joined in order into one table.
+std::vector<OptionSpec> joinOptions(std::initializer_list<std::span<const OptionSpec>> parts);
 
 // Fails with ErrorKind::invalidInput, the message naming the offending argument. Parsing stops
 // at -h or --help so that a command's help shows whatever else is wrong with the line.

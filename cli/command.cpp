@@ -43,10 +43,8 @@ void appendRows(std::string& text, const std::vector<Row>& rows) {
 
 std::span<const Command* const> commands() {
   static const Command* const table[] = {
-      &entriesCommand(),
-      &fieldsCommand(),
-      &styleCommand(),
-      &csvCommand(),
+      &entriesCommand(), &fieldsCommand(), &styleCommand(), &csvCommand(),
+      &queryCommand(),   &getCommand(),    &chartCommand(),
   };
   return table;
 }

@@ -29,6 +29,9 @@ const Command& entriesCommand();
 const Command& fieldsCommand();
 const Command& styleCommand();
 const Command& csvCommand();
+const Command& queryCommand();
+const Command& getCommand();
+const Command& chartCommand();
 
 std::span<const Command* const> commands();
 const Command* findCommand(std::string_view name);

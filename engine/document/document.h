@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -33,18 +32,22 @@ class Document {
   double startDate = 0;  // absolute time, seconds since 2001
   double endDate = 0;
 
-  // Chart data. The per-entry arrays are written on processingQueue, the rest on the main
-  // thread, never both at once.
+  // Chart data (engine/document/chart_data.h), written on the main thread only: a collection
+  // builds its per-entry arrays aside on processingQueue and hands them over when it ends.
   std::vector<double> logTimes;
-  std::vector<std::string> logSubsys;
-  std::set<std::string> logSSystTypes;  // ordered by byte, which the subsystem menu needs
-  std::vector<std::string> popSSystTypes;
-  std::vector<int64_t> logSSystIndexes;
+  // Per entry, the position of its subsystem name in logSSystTypes: a million entries share a
+  // few dozen names, so each keeps an index rather than a copy.
+  std::vector<uint32_t> logSubsys;
+  std::vector<std::string> logSSystTypes;  // the distinct names, in the order they first appear
+  std::vector<std::string> popSSystTypes;  // the same names ordered by byte, as the menu lists them
+  std::vector<int64_t> logSSystIndexes;    // per entry, the position of its name in popSSystTypes
   std::vector<int64_t> logBarValue;
   std::vector<std::string> logBarLabel;
   std::vector<double> logBarDate;  // absolute times
   int64_t logSSystCount = 0;
   int64_t theNoBins = kInitialBinCount;
+  // The newest collection begun; one that began earlier and ends later is dropped.
+  uint64_t chartCollection = 0;
 
   // Names the document's windows; set after each fetch.
   std::string displayName;

@@ -82,3 +82,60 @@ kavor_cli_case(csv_bad_os_version ARGS csv --os-version 0 ${sample} EXIT 64
                STDERR_HAS "not \"0\"")
 kavor_cli_case(csv_not_array ARGS csv --os-version 15 ${KAVOR_TEST_DATA}/cli/not_array.json
                EXIT 1 STDERR_HAS "not a JSON array")
+
+# query: the form as the log tool's arguments; --base is fixed and the zone is UTC.
+set(base --base "2020-05-01 10:00:00")
+kavor_cli_case(query_live_error_row ARGS query ${base} --predicate-name error --unit min
+               --os-version 15)
+kavor_cli_case(query_archive_period_0 ARGS query ${base}
+               --source "/Users/me/My Logs/crash.logarchive" --predicate-name none --no-info --debug --period 0 --unit day --os-version 15)
+kavor_cli_case(query_file_own_row ARGS query ${base} --source /tmp/0000000000000001.tracev3
+               --predicate-name mine --predicate-text "process == \"a b\"" --period 3 --unit hour
+               --os-version 12)
+kavor_cli_case(query_typed_none ARGS query ${base} --predicate none --no-signposts --os-version 15)
+kavor_cli_case(query_version_from_root ARGS query ${base} --period=+7.9
+               ENV KAVOR_SYSTEM_ROOT=${KAVOR_TEST_DATA}/roots/v10.13)
+kavor_cli_case(query_clamped ARGS query ${base} --period 5000 --unit min --os-version 15
+               STDERR_HAS "field shows \"1000\"")
+kavor_cli_case(query_unreadable_period ARGS query ${base} --period 1e3 --os-version 15
+               STDERR_HAS "is not a number: the period is -10")
+kavor_cli_case(query_help ARGS query --help)
+kavor_cli_case(query_predicate_conflict ARGS query --predicate x --predicate-name y EXIT 64
+               STDERR_HAS "--predicate goes alone")
+kavor_cli_case(query_predicate_text_alone ARGS query --predicate-text x EXIT 64
+               STDERR_HAS "needs --predicate-name")
+kavor_cli_case(query_unknown_predicate_name ARGS query --predicate-name fancy EXIT 64
+               STDERR_HAS "error, ===, kernel")
+kavor_cli_case(query_bad_unit ARGS query --unit week EXIT 64 STDERR_HAS "--unit wants")
+kavor_cli_case(query_bad_base ARGS query --base 2020-05-01 EXIT 64 STDERR_HAS "--base wants")
+kavor_cli_case(query_empty_source ARGS query --source= EXIT 64 STDERR_HAS "--source wants")
+
+# chart: bins of a time window in local time (UTC here, unless the case says otherwise).
+set(minute --start "2020-05-01 08:41:00" --end "2020-05-01 08:42:00")
+kavor_cli_case(chart_sample ARGS chart ${minute} ${sample})
+kavor_cli_case(chart_sample_subsystem ARGS chart ${minute} --bins 19
+               --subsystem com.apple.TimeMachine ${sample})
+kavor_cli_case(chart_sample_kernel_stdin ARGS chart ${minute} --bins 191 --subsystem *kernel*
+               - STDIN ${sample})
+kavor_cli_case(chart_sample_paris ARGS chart --start "2020-05-01 10:41:05"
+               --end "2020-05-01 10:41:15" --bins 20 ${sample} ENV TZ=Europe/Paris)
+kavor_cli_case(chart_list_subsystems ARGS chart --list-subsystems ${sample})
+kavor_cli_case(chart_mixed ARGS chart ${minute} --bins 19 --subsystem [nil]
+               STDIN ${KAVOR_TEST_DATA}/cli/mixed.json)
+kavor_cli_case(chart_mixed_list ARGS chart --list-subsystems ${KAVOR_TEST_DATA}/cli/mixed.json)
+kavor_cli_case(chart_help ARGS chart --help)
+kavor_cli_case(chart_unknown_subsystem ARGS chart ${minute} --subsystem com.apple.none ${sample}
+               EXIT 64 STDERR_HAS "no entry has the subsystem \"com.apple.none\"")
+kavor_cli_case(chart_too_few_bins ARGS chart ${minute} --bins 18 ${sample} EXIT 64
+               STDERR_HAS "--bins wants a number from 19 to 191")
+kavor_cli_case(chart_no_start ARGS chart --end "2020-05-01 08:42:00" ${sample} EXIT 64
+               STDERR_HAS "--start is needed")
+kavor_cli_case(chart_bad_end ARGS chart --start "2020-05-01 08:41:00" --end 08:42 ${sample}
+               EXIT 64 STDERR_HAS "--end wants a time as yyyy-MM-dd HH:mm:ss, not \"08:42\"")
+kavor_cli_case(chart_missing_file ARGS chart ${minute} ${KAVOR_TEST_DATA}/cli/none.json EXIT 1
+               STDERR_HAS "none.json: No such file or directory")
+kavor_cli_case(query_archive_option ARGS query ${base} --archive "/tmp/with space 'q'/x"
+               --predicate "eventMessage CONTAINS[c] \"it's\"" --os-version 15)
+kavor_cli_case(query_file_option ARGS query ${base} --file /tmp/x.logarchive --os-version 12)
+kavor_cli_case(query_two_sources ARGS query --archive a --file b EXIT 64
+               STDERR_HAS "exclude each other")

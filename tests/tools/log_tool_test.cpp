@@ -1,7 +1,6 @@
 // The stand-in tool run as a program, as Kavor runs it: argument lists, exit statuses, output.
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -9,55 +8,16 @@
 #include <vector>
 
 #include "engine/core/entry_decoder.h"
+#include "tests/tools/run_program.h"
 
 namespace {
 
-struct ToolRun {
-  int status = -1;
-  std::string out;
-  std::string err;
-};
-
-std::string drain(int fd) {
-  std::string text;
-  char buf[65536];
-  ssize_t n;
-  while ((n = ::read(fd, buf, sizeof buf)) > 0)
-    text.append(buf, static_cast<size_t>(n));
-  ::close(fd);
-  return text;
-}
+using ToolRun = kavor::testing_support::ProgramRun;
 
 // Runs the tool with args at the pinned time 2020-11-16 10:00:00 UTC.
 ToolRun runTool(std::vector<std::string> args) {
   args.insert(args.begin(), KAVOR_LOG_TOOL);
-  int out[2], err[2];
-  if (::pipe(out) != 0 || ::pipe(err) != 0) return {};
-  const pid_t pid = ::fork();
-  if (pid == 0) {
-    ::dup2(out[1], 1);
-    ::dup2(err[1], 2);
-    ::close(out[0]);
-    ::close(err[0]);
-    ::setenv("KAVOR_LOG_NOW", "1605520800", 1);
-    ::setenv("TZ", "UTC", 1);
-    std::vector<char*> argv;
-    for (std::string& a : args)
-      argv.push_back(a.data());
-    argv.push_back(nullptr);
-    ::execv(argv[0], argv.data());
-    ::_exit(127);
-  }
-  ::close(out[1]);
-  ::close(err[1]);
-  ToolRun run;
-  // Standard error stays small; standard output is read to the end first.
-  run.out = drain(out[0]);
-  run.err = drain(err[0]);
-  int status = 0;
-  ::waitpid(pid, &status, 0);
-  run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return run;
+  return kavor::testing_support::runProgram(args, {{"KAVOR_LOG_NOW", "1605520800"}, {"TZ", "UTC"}});
 }
 
 const std::vector<std::string> kEverything = {"--style", "json", "--info", "--debug", "--signpost"};

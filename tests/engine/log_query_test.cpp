@@ -1,0 +1,196 @@
+#include "engine/query/log_query.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "engine/query/named_lists.h"
+
+namespace kavor {
+namespace {
+
+using Args = std::vector<std::string>;
+
+// 2020-05-01 10:00:00 in Paris (summer time, +0200).
+constexpr double kBase = 610012800.0;
+
+class LogQueryTest : public ::testing::Test {
+ protected:
+  const DateFormatter paris{kQueryDatePattern, "Europe/Paris"};
+
+  QueryInput input(int64_t period, int64_t unit) const {
+    QueryInput in;
+    in.theTimePeriod = period;
+    in.unitIndex = unit;
+    in.baseDate = kBase;
+    in.osVersion = 15;
+    return in;
+  }
+};
+
+TEST_F(LogQueryTest, LiveLogWithAPredicateRow) {
+  ComboBoxModel box;
+  const NamedList preds = factoryPredicateList();
+  for (const ListEntry& entry : preds)
+    box.addItem(entry.name);
+  box.selectItem(3);  // "error"
+
+  QueryInput in = input(-20, 1);
+  in.predicate = predicateFromBox(box, preds);
+  const LogQuery q = buildLogQuery(in, paris);
+  EXPECT_EQ(q.theFullCmdStr, (Args{"show", "--predicate", R"(eventMessage CONTAINS[c] "error")",
+                                   "--style", "json", "--info", "--signpost", "--start",
+                                   "2020-05-01 09:40:00", "--end", "2020-05-01 10:00:00"}));
+  EXPECT_EQ(q.startDate, kBase - 1200);
+  EXPECT_EQ(q.endDate, kBase);
+}
+
+TEST_F(LogQueryTest, ArchiveNoPredicateDebugWithoutInfo) {
+  QueryInput in = input(0, 0);
+  in.source = sourceFromPath("/Users/me/Desktop/crash.logarchive");
+  in.fetchInfo = false;
+  in.fetchDebug = true;
+  const LogQuery q = buildLogQuery(in, paris);
+  EXPECT_EQ(q.theFullCmdStr, (Args{"show", "--archive", "/Users/me/Desktop/crash.logarchive",
+                                   "--style", "json", "--signpost", "--debug", "--start",
+                                   "2020-05-01 09:59:00", "--end", "2020-05-01 10:00:00"}));
+}
+
+TEST_F(LogQueryTest, TimeWindows) {
+  struct Case {
+    int64_t period;
+    int64_t unit;
+    double start;
+    double end;
+  };
+  const Case cases[] = {
+      {0, 3, kBase - 60, kBase},          // a zero period is a minute, whatever the unit
+      {3, 2, kBase, kBase + 3 * 3600},    // positive: after the base date
+      {-2, 3, kBase - 2 * 86400, kBase},  // days
+      {-5, -1, kBase - 5, kBase},         // no unit selected counts as seconds
+      {1, 7, kBase, kBase + 86400},       // an index past "day" still multiplies as a day
+      {-1000, 3, kBase - 1000 * 86400.0, kBase},
+  };
+  for (const Case& c : cases) {
+    const LogQuery q = buildLogQuery(input(c.period, c.unit), paris);
+    EXPECT_EQ(q.startDate, c.start) << c.period << " unit " << c.unit;
+    EXPECT_EQ(q.endDate, c.end) << c.period << " unit " << c.unit;
+  }
+  const Args threeHours = buildLogQuery(input(3, 2), paris).theFullCmdStr;
+  EXPECT_EQ(Args(threeHours.end() - 4, threeHours.end()),
+            (Args{"--start", "2020-05-01 10:00:00", "--end", "2020-05-01 13:00:00"}));
+}
+
+TEST_F(LogQueryTest, SignpostsNeedThirteen) {
+  QueryInput in = input(-20, 0);
+  in.osVersion = 12;
+  const Args old = buildLogQuery(in, paris).theFullCmdStr;
+  EXPECT_EQ(std::count(old.begin(), old.end(), "--signpost"), 0);
+  in.osVersion = 13;
+  const Args first = buildLogQuery(in, paris).theFullCmdStr;
+  EXPECT_EQ(std::count(first.begin(), first.end(), "--signpost"), 1);
+  in.fetchSignposts = false;
+  const Args off = buildLogQuery(in, paris).theFullCmdStr;
+  EXPECT_EQ(std::count(off.begin(), off.end(), "--signpost"), 0);
+}
+
+TEST_F(LogQueryTest, AwkwardTextsStayOneArgumentEach) {
+  QueryInput in = input(-20, 0);
+  const std::string predicate = "eventMessage CONTAINS[c] \"it's \\\"odd\\\"\"\nOR 1 = 1; rm -rf";
+  in.predicate = predicate;
+  in.source = sourceFromPath("/Volumes/My Disk/it's \"here\"/0000000000000001.tracev3");
+  const Args args = buildLogQuery(in, paris).theFullCmdStr;
+  ASSERT_GE(args.size(), 5u);
+  EXPECT_EQ(Args(args.begin(), args.begin() + 5),
+            (Args{"show", "--file", "/Volumes/My Disk/it's \"here\"/0000000000000001.tracev3",
+                  "--predicate", predicate}));
+
+  // A path-less source is the live log.
+  in.source = sourceFromPath("");
+  EXPECT_EQ(buildLogQuery(in, paris).theFullCmdStr[1], "--predicate");
+}
+
+TEST(PeriodFromText, ReadsClampsAndKeepsUnreadableText) {
+  struct Case {
+    const char* text;
+    int64_t period;
+    bool readable;
+    std::optional<std::string> writeBack;
+  };
+  const Case cases[] = {
+      {"-20", -20, true, {}},
+      {"12.7", 12, true, {}},
+      {"-3.9", -3, true, {}},  // cut toward zero
+      {"-0.5", 0, true, {}},
+      {" +7. ", 7, true, {}},
+      {".5", 0, true, {}},
+      {"-1000", -1000, true, {}},
+      {"1000.9", 1000, true, {}},  // not clamped, so the field keeps what was typed
+      {"5000", 1000, true, "1000"},
+      {"-1001", -1000, true, "-1000"},
+      {"99999999999999999999999", 1000, true, "1000"},
+      {"abc", -10, false, {}},
+      {"", -10, false, {}},
+      {"-", -10, false, {}},
+      {".", -10, false, {}},
+      {"1e3", -10, false, {}},
+      {"1,000", -10, false, {}},
+      {"1.2.3", -10, false, {}},
+      {"12abc", -10, false, {}},
+  };
+  for (const Case& c : cases) {
+    const PeriodFromText p = periodFromText(c.text);
+    EXPECT_EQ(p.theTimePeriod, c.period) << '"' << c.text << '"';
+    EXPECT_EQ(p.readable, c.readable) << '"' << c.text << '"';
+    EXPECT_EQ(p.writeBack, c.writeBack) << '"' << c.text << '"';
+  }
+}
+
+TEST(PredicateFromBox, RowsAndTypedText) {
+  const NamedList preds = {{"none", ""}, {"empty", ""}, {"word", "none"}, {"kernel", "pid = 0"}};
+  ComboBoxModel box;
+  for (const ListEntry& entry : preds)
+    box.addItem(entry.name);
+
+  box.selectItem(0);
+  EXPECT_EQ(predicateFromBox(box, preds), std::nullopt);
+  box.selectItem(1);
+  EXPECT_EQ(predicateFromBox(box, preds), std::nullopt);
+  box.selectItem(2);  // a row whose text is "none"
+  EXPECT_EQ(predicateFromBox(box, preds), std::nullopt);
+  box.selectItem(3);
+  EXPECT_EQ(predicateFromBox(box, preds), "pid = 0");
+
+  box.typeText("none");
+  EXPECT_EQ(predicateFromBox(box, preds), "none");
+  box.typeText("");
+  EXPECT_EQ(predicateFromBox(box, preds), std::nullopt);
+
+  // A row the list does not reach has no text.
+  box.addItem("stray");
+  box.selectItem(4);
+  EXPECT_EQ(predicateFromBox(box, preds), std::nullopt);
+}
+
+TEST(SourceFromPath, ExtensionDecidesTheKind) {
+  const LogSource archive = sourceFromPath("/tmp/system_logs.logarchive/");
+  EXPECT_EQ(archive.theSourcePath, "/tmp/system_logs.logarchive");
+  EXPECT_TRUE(archive.theSourceLogarchive);
+  EXPECT_FALSE(archive.theSourceFile);
+
+  for (const char* path : {"/tmp/0000000000000001.tracev3", "/tmp/x.LOGARCHIVE", "/tmp/logarchive",
+                           "/tmp/.logarchive", "/tmp/a.logarchive.zip"}) {
+    const LogSource file = sourceFromPath(path);
+    EXPECT_FALSE(file.theSourceLogarchive) << path;
+    EXPECT_TRUE(file.theSourceFile) << path;
+  }
+
+  EXPECT_EQ(sourceWindowTitle("/tmp/system_logs.logarchive/"), "\U0001F4D5 system_logs.logarchive");
+  EXPECT_EQ(sourceWindowTitle("a.tracev3"), "\U0001F4D5 a.tracev3");
+}
+
+}  // namespace
+}  // namespace kavor
