@@ -7,6 +7,7 @@
 #include "cli/decoded_input.h"
 #include "engine/core/date_format.h"
 #include "engine/document/chart_data.h"
+#include "engine/query/log_query.h"
 #include "platform/clock.h"
 
 namespace kavor::cli {
@@ -23,7 +24,6 @@ constexpr std::string_view kListSubsystems = "--list-subsystems";
 constexpr int kFewestBins = 19;
 constexpr int kMostBins = 191;
 
-constexpr std::string_view kTimePattern = "yyyy-MM-dd HH:mm:ss";
 constexpr std::string_view kBinStartPattern = "yyyy-MM-dd HH:mm:ss.SSS";
 
 constexpr OptionSpec kOptions[] = {
@@ -40,8 +40,8 @@ Expected<double> timeOption(const Arguments& args, std::string_view option,
   if (!text) return Error{ErrorKind::invalidInput, std::string(option) + " is needed", 0};
   if (const auto time = formatter.parse(*text)) return *time;
   return Error{ErrorKind::invalidInput,
-               std::string(option) + " wants a time as " + std::string(kTimePattern) + ", not \"" +
-                   std::string(*text) + "\"",
+               std::string(option) + " wants a time as " + std::string(kQueryDatePattern) +
+                   ", not \"" + std::string(*text) + "\"",
                0};
 }
 
@@ -62,7 +62,7 @@ int runChart(const Arguments& args) {
   FixedClock clock(0);
   Document doc(clock);
   if (!listing) {
-    const DateFormatter formatter(kTimePattern);
+    const DateFormatter formatter(kQueryDatePattern);
     const auto start = timeOption(args, kStart, formatter);
     if (!start) return badUsage(start.error().message());
     const auto end = timeOption(args, kEnd, formatter);
