@@ -4,10 +4,29 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
+#include <random>
 
 namespace kavor {
 
 namespace {
+
+std::string temporarySuffix() {
+  thread_local std::mt19937_64 random{std::random_device{}()};
+  char text[64];
+  std::snprintf(text, sizeof text, "%.*s%ld-%016llx", static_cast<int>(kTemporaryInfix.size()),
+                kTemporaryInfix.data(), static_cast<long>(::getpid()),
+                static_cast<unsigned long long>(random()));
+  return text;
+}
+
+// The rename is durable only once the folder's own entry list reaches the disk.
+void syncFolder(const std::filesystem::path& folder) {
+  const int fd = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (fd < 0) return;
+  (void)::fsync(fd);
+  ::close(fd);
+}
 
 // Closes the descriptor on every path out.
 class Fd {
@@ -62,9 +81,8 @@ Expected<std::string> readFileBytes(const std::filesystem::path& file, uint64_t 
 }
 
 Status writeNewFileDurably(const std::filesystem::path& file, std::string_view bytes,
-                           struct stat* info) {
-  // Settings may hold predicates and paths the user would not share: owner only.
-  Fd fd(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+                           struct stat* info, mode_t mode) {
+  Fd fd(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
   if (fd.get() < 0) return ioError("cannot create " + file.string(), errno);
   size_t done = 0;
   while (done < bytes.size()) {
@@ -77,6 +95,22 @@ Status writeNewFileDurably(const std::filesystem::path& file, std::string_view b
   if (info && ::fstat(fd.get(), info) != 0)
     return ioError("cannot examine " + file.string(), errno);
   if (fd.close() != 0) return ioError("cannot close " + file.string(), errno);
+  return okStatus();
+}
+
+Status replaceFileDurably(const std::filesystem::path& file, std::string_view bytes,
+                          struct stat* info, mode_t mode) {
+  const std::filesystem::path temporary = file.string() + temporarySuffix();
+  if (Status written = writeNewFileDurably(temporary, bytes, info, mode); !written) {
+    ::unlink(temporary.c_str());
+    return written;
+  }
+  if (::rename(temporary.c_str(), file.c_str()) != 0) {
+    const int err = errno;
+    ::unlink(temporary.c_str());
+    return ioError("cannot replace " + file.string(), err);
+  }
+  syncFolder(file.parent_path());
   return okStatus();
 }
 

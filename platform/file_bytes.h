@@ -17,9 +17,21 @@ namespace kavor {
 Expected<std::string> readFileBytes(const std::filesystem::path& file, uint64_t maxBytes,
                                     struct stat* info = nullptr);
 
+// Settings may hold predicates and paths the user would not share: owner only, unless asked.
+inline constexpr mode_t kOwnerOnlyMode = 0600;
+// Readable as the user's umask allows, like any file a user saves.
+inline constexpr mode_t kUserFileMode = 0666;
+
 // Writes bytes to a new file (which must not exist yet) and flushes them to the disk.
 // When info is given it receives the status of the written file.
 Status writeNewFileDurably(const std::filesystem::path& file, std::string_view bytes,
-                           struct stat* info = nullptr);
+                           struct stat* info = nullptr, mode_t mode = kOwnerOnlyMode);
+
+// Replaces the file's contents as one step: the bytes go to a temporary file beside it, which is
+// then renamed over it, so a reader never sees a half-written file. Temporary names are the
+// file's name followed by kTemporaryInfix and a random part.
+Status replaceFileDurably(const std::filesystem::path& file, std::string_view bytes,
+                          struct stat* info = nullptr, mode_t mode = kOwnerOnlyMode);
+inline constexpr std::string_view kTemporaryInfix = ".tmp-";
 
 }  // namespace kavor

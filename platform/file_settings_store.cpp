@@ -8,7 +8,6 @@
 #include <chrono>
 #include <cstdio>
 #include <ctime>
-#include <random>
 
 #include "platform/file_bytes.h"
 
@@ -23,14 +22,6 @@ constexpr uint64_t kMaxStoreBytes = uint64_t{256} << 20;
 // A temporary file this much older than the store cannot belong to a write still under way.
 constexpr auto kStaleTemporaryAge = std::chrono::minutes(10);
 
-std::string temporarySuffix() {
-  thread_local std::mt19937_64 random{std::random_device{}()};
-  char text[64];
-  std::snprintf(text, sizeof text, ".tmp-%ld-%016llx", static_cast<long>(::getpid()),
-                static_cast<unsigned long long>(random()));
-  return text;
-}
-
 std::string localTimeText() {
   const std::time_t now = std::time(nullptr);
   std::tm parts{};
@@ -38,14 +29,6 @@ std::string localTimeText() {
   char text[32];
   std::strftime(text, sizeof text, "%Y%m%d-%H%M%S", &parts);
   return text;
-}
-
-// The rename is durable only once the folder's own entry list reaches the disk.
-void syncFolder(const fs::path& folder) {
-  const int fd = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (fd < 0) return;
-  (void)::fsync(fd);
-  ::close(fd);
 }
 
 }  // namespace
@@ -130,7 +113,7 @@ void FileSettingsStore::removeStaleTemporaries() const {
   std::error_code ec;
   const auto storeTime = fs::last_write_time(file_, ec);
   if (ec) return;
-  const std::string prefix = file_.filename().string() + ".tmp-";
+  const std::string prefix = file_.filename().string() + std::string(kTemporaryInfix);
   fs::directory_iterator it(file_.parent_path().empty() ? fs::path(".") : file_.parent_path(), ec);
   for (; !ec && it != fs::directory_iterator(); it.increment(ec)) {
     if (!it->path().filename().string().starts_with(prefix)) continue;
@@ -197,18 +180,8 @@ Status FileSettingsStore::write() {
     fs::create_directories(folder, ec);
     if (ec) return ioError("cannot create the folder " + folder.string(), ec.value());
   }
-  const fs::path temporary = file_.string() + temporarySuffix();
   struct stat info {};
-  if (Status written = writeNewFileDurably(temporary, xml, &info); !written) {
-    ::unlink(temporary.c_str());
-    return written;
-  }
-  if (::rename(temporary.c_str(), file_.c_str()) != 0) {
-    const int err = errno;
-    ::unlink(temporary.c_str());
-    return ioError("cannot replace " + file_.string(), err);
-  }
-  syncFolder(folder);
+  if (Status replaced = replaceFileDurably(file_, xml, &info); !replaced) return replaced;
   // Renaming keeps the inode, size and time, so this is the stamp of the store we just made.
   loaded_ = stampFrom(info);
   pending_.clear();

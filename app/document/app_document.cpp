@@ -1,0 +1,150 @@
+#include "app/document/app_document.h"
+
+#include <QAction>
+#include <QMenu>
+
+#include "app/query/result_view.h"
+#include "app/query/view_controller.h"
+#include "app/shell/alerts.h"
+#include "app/shell/app_context.h"
+#include "app/shell/file_panels.h"
+#include "app/shell/main_menu.h"
+#include "app/shell/window_controller.h"
+#include "app/shell/window_registry.h"
+#include "engine/document/document_errors.h"
+#include "engine/document/document_saving.h"
+#include "engine/document/rtf_writer.h"
+#include "engine/shell/menu_texts.h"
+#include "platform/file_bytes.h"
+
+namespace kavor::app {
+
+namespace {
+
+constexpr std::string_view kUntitledName = "Untitled";
+
+Error documentError() {
+  return Error{ErrorKind::io, documentErrorDescription()};
+}
+
+std::vector<SaveType> saveTypes() {
+  return {{std::string(kPlainTextType), "Plain Text", "txt"},
+          {std::string(kRtfType), "Rich Text Format (RTF)", "rtf"}};
+}
+
+}  // namespace
+
+AppDocument::AppDocument(AppContext& app) : app_(app), record_(app.clock()) {}
+
+AppDocument::~AppDocument() = default;
+
+void AppDocument::makeWindowControllers() {
+  addWindowController(instantiateWindowController(kDocumentWindowControllerId, app_));
+  // Another document's chart is not this one's: the item returns when a chart is next ready.
+  const QMenu* windows = app_.menu().menuTitled(kWindowsMenuTitle);
+  if (QAction* openChart = MainMenu::itemTitled(windows, kOpenChartItem)) {
+    openChart->setVisible(false);
+    openChart->setEnabled(false);
+  }
+}
+
+void AppDocument::addWindowController(std::unique_ptr<WindowController> controller) {
+  controller->setDocument(this);
+  connect(controller.get(), &WindowController::windowWillClose, this,
+          &AppDocument::windowWillClose);
+  connect(controller->window(), &ControllerWindow::activated, this,
+          [this] { emit activated(this); });
+  controllers_.push_back(std::move(controller));
+}
+
+ViewController* AppDocument::viewController() const {
+  if (controllers_.empty()) return nullptr;
+  return qobject_cast<ViewController*>(controllers_.front()->contentViewController());
+}
+
+void AppDocument::showWindows() {
+  for (const auto& controller : controllers_)
+    controller->showWindow();
+}
+
+std::string AppDocument::displayName() const {
+  if (!record_.displayName.empty()) return record_.displayName;
+  if (fileUrl_) return fileUrl_->filename().string();
+  return std::string(kUntitledName);
+}
+
+Expected<std::string> AppDocument::dataOfType(std::string_view typeName) {
+  ViewController* controller = viewController();
+  if (!controller) return documentError();
+  const std::string trailer = saveTrailer(controller->theNowStr(), controller->theFullCmdStr());
+  ResultView& view = controller->resultView();
+  if (typeName == kPlainTextType) return view.styledText().text + trailer;
+  // The trailer becomes part of the view, so each further styled save carries one more.
+  view.appendUnfontedText(trailer);
+  std::string rtf = rtfFromStyledText(view.styledText(), view.rtfFont(), view.fontedLength());
+  if (rtf.empty()) return documentError();
+  return rtf;
+}
+
+Status AppDocument::readFromData(std::string_view, std::string_view) {
+  return documentError();
+}
+
+void AppDocument::saveDocument() {
+  if (fileUrl_) {
+    (void)saveTo(*fileUrl_, fileType_);
+    return;
+  }
+  saveDocumentAs();
+}
+
+void AppDocument::saveDocumentAs() {
+  QWidget* parent = controllers_.empty() ? nullptr : controllers_.front()->window();
+  SavePanelRequest request{"Save As", displayName(), saveTypes(), true};
+  // The type of the last save comes first, as the panel remembers it.
+  if (fileType_ == kRtfType) std::swap(request.types[0], request.types[1]);
+  const auto choice = app_.panels().runSavePanel(request, parent);
+  if (!choice) return;
+  (void)saveTo(choice->path, choice->typeName);
+}
+
+bool AppDocument::saveTo(const std::filesystem::path& path, const std::string& typeName) {
+  QWidget* parent = controllers_.empty() ? nullptr : controllers_.front()->window();
+  auto data = dataOfType(typeName);
+  Status written =
+      data ? replaceFileDurably(path, *data, nullptr, kUserFileMode) : Status(data.error());
+  if (!written) {
+    Alert alert{Alert::Style::warning, saveFailureMessage(displayName()),
+                written.error().message()};
+    app_.alerts().runModal(alert, parent);
+    return false;
+  }
+  fileUrl_ = path;
+  fileType_ = typeName;
+  return true;
+}
+
+void AppDocument::close() {
+  if (closing_) return;
+  closing_ = true;
+  for (const auto& controller : controllers_)
+    controller->window()->hide();
+  emit closed(this);
+}
+
+void AppDocument::windowWillClose(WindowController* controller) {
+  if (controllers_.empty()) return;
+  if (controller == controllers_.front().get()) {
+    close();
+    return;
+  }
+  for (auto it = controllers_.begin(); it != controllers_.end(); ++it) {
+    if (it->get() != controller) continue;
+    // Still inside the window's own close event: delete it once that returns.
+    it->release()->deleteLater();
+    controllers_.erase(it);
+    return;
+  }
+}
+
+}  // namespace kavor::app

@@ -1,0 +1,39 @@
+// Kavor, the window application: a browser for the system's unified log.
+
+#include <QApplication>
+#include <QMessageBox>
+
+#include "app/document/document_controller.h"
+#include "app/shell/alerts.h"
+#include "app/shell/app_context.h"
+#include "app/shell/app_delegate.h"
+#include "app/shell/file_panels.h"
+#include "engine/shell/menu_texts.h"
+#include "platform/clock.h"
+#include "platform/demo_root.h"
+#include "platform/file_settings_store.h"
+#include "platform/system_paths.h"
+
+int main(int argc, char* argv[]) {
+  QApplication application(argc, argv);
+  QApplication::setApplicationName(QString::fromUtf8(kavor::kApplicationName.data()));
+  QApplication::setApplicationDisplayName(QString::fromUtf8(kavor::kApplicationName.data()));
+  // The menus are shared by all windows: closing the last window leaves nothing to reach them.
+  QApplication::setQuitOnLastWindowClosed(true);
+
+  const kavor::EnvLookup env = kavor::processEnvironment();
+  kavor::app::MessageBoxAlerts alerts;
+  if (const kavor::Status made = kavor::ensureDemoRoot(env, kavor::runningProgram()); !made)
+    alerts.runModal({kavor::app::Alert::Style::warning, "The demo system could not be made.",
+                     made.error().message()},
+                    nullptr);
+
+  kavor::FileSettingsStore settings(kavor::settingsFilePathFrom(env));
+  const kavor::SystemClock clock;
+  kavor::app::DialogFilePanels panels;
+  kavor::app::AppContext app(
+      {settings, kavor::SystemPaths(kavor::systemRootFrom(env)), clock, alerts, panels});
+  app.delegate().applicationDidFinishLaunching();
+  app.documents().newDocument();
+  return QApplication::exec();
+}

@@ -1,0 +1,128 @@
+#pragma once
+// The content controller of every main window: the query form, the run of the log tool, the
+// styled result, the View menu switches, font size, base-date paste and the privileged log
+// collection. It gathers its controls into engine inputs and shows what the engine returns.
+
+#include <QMenu>
+#include <QPointer>
+#include <QWidget>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "engine/core/date_format.h"
+#include "engine/query/entry_styler.h"
+#include "engine/query/log_query.h"
+#include "engine/query/log_runner.h"
+#include "engine/query/main_settings.h"
+#include "platform/notification_center.h"
+#include "platform/operation_queue.h"
+
+class QComboBox;
+
+namespace Ui {
+class DocumentWindow;
+}
+
+namespace kavor::app {
+
+class AppContext;
+class AppDocument;
+class ResultView;
+
+class ViewController final : public QWidget {
+  Q_OBJECT
+
+ public:
+  // Every property takes its initial value here; the settings are read by viewDidLoad.
+  explicit ViewController(AppContext& app, QWidget* parent = nullptr);
+  ~ViewController() override;
+
+  // Reads the system version, font size, lists and switches (a factory reset first when no style
+  // list is stored), fills the form, and starts observing "Customs-Changed".
+  void viewDidLoad();
+  // Each time the window appears: title "Kavor", the View menu, the count labels, the period.
+  void viewDidAppear();
+
+  // The document of the window's window controller, or none.
+  AppDocument* document() const;
+
+  const MainSettings& settings() const { return settings_; }
+  const std::vector<std::string>& theCommandStr1() const { return theCommandStr1_; }
+  const std::vector<std::string>& theFullCmdStr() const { return theFullCmdStr_; }
+  const std::string& theNowStr() const { return theNowStr_; }
+  const LogSource& source() const { return source_; }
+  QMenu* myViewMenu() const { return myViewMenu_; }
+  ResultView& resultView() const;
+  Ui::DocumentWindow& ui() const { return *ui_; }
+  // Runs started and not yet completed.
+  int runsInFlight() const { return runsInFlight_; }
+
+ public slots:
+  void setLimit();
+  void setShowLogEntries();
+  void setShowSignposts();
+  void setShowActivities();
+  void setFetchInfo();
+  void setFetchSignposts();
+  void setFetchDebug();
+  void incFontSize();
+  void decFontSize();
+  // The base date from the clipboard's pasteboard form; anything else is ignored.
+  void paste();
+  void cmdMakeLog();
+  void doSaveDefaults();
+  void doConversion();
+  void stepSetPeriod();
+  void textSetPeriod();
+  void setTheNowButton();
+  void setLogarchiveSource();
+  void getLogButton();
+  void setStyleCombo();
+  void setFilterCombo();
+
+  void refreshViewMenu();
+  void refreshResults();
+  void loadCusMenu();
+
+ signals:
+  // A run of the log tool completed and its results, or its alert, were shown.
+  void logShowCompleted();
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  struct Run;
+  void connectControls();
+  void connectComboBox(QComboBox* box, ComboBoxModel& model, void (ViewController::*action)());
+  void showComboBoxes();
+  void showComboBox(QComboBox* box, const ComboBoxModel& model);
+  void flip(bool& setting, bool restyle);
+  void applyFontSize();
+  void startSpinner();
+  void stopSpinner();
+  void showActionError(const std::string& text);
+  // The style text is kept in styleText, which must outlive the input.
+  StylerInput stylerInput(std::string& styleText) const;
+  void showStyled(const StyledEntries& styled);
+  void showLineCount();
+  void completeLogShow(LogShowOutput&& output, const std::shared_ptr<const Run>& run);
+
+  AppContext& app_;
+  std::unique_ptr<Ui::DocumentWindow> ui_;
+  MainSettings settings_;
+  std::vector<std::string> theCommandStr1_{"show"};
+  std::vector<std::string> theFullCmdStr_{""};
+  LogSource source_;
+  std::string theNowStr_;
+  QPointer<QMenu> myViewMenu_;
+  NotificationCenter::Observation customsChanged_;
+  bool showingBoxes_ = false;
+  int runsInFlight_ = 0;
+  // Declared last so that it goes first: its destructor waits for runs still on it, which post
+  // their completion to this controller.
+  std::unique_ptr<OperationQueue> processingQueue_;
+};
+
+}  // namespace kavor::app

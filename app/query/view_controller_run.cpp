@@ -1,0 +1,186 @@
+// The main window's query form and its results: the period, the source, Get Log with its run on
+// the processing queue and its completion, restyling, and CSV conversion.
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMetaObject>
+
+#include "app/document/app_document.h"
+#include "app/query/result_view.h"
+#include "app/query/view_controller.h"
+#include "app/shell/app_context.h"
+#include "app/shell/app_delegate.h"
+#include "app/shell/file_panels.h"
+#include "engine/query/csv_conversion.h"
+#include "engine/query/named_lists.h"
+#include "ui_document_window.h"
+
+namespace kavor::app {
+
+namespace {
+
+constexpr std::string_view kSourceIndicator = "\U0001F4D5";
+
+QString qstring(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+}  // namespace
+
+// What travels with one run from its start to its completion.
+struct ViewController::Run {
+  DateFormatter formatter{kQueryDatePattern};
+  double startDate = 0;
+};
+
+void ViewController::stepSetPeriod() {
+  settings_.theTimePeriod = ui_->periodStep->value();
+  ui_->textTimePeriod->setText(QString::number(settings_.theTimePeriod));
+}
+
+void ViewController::textSetPeriod() {
+  const PeriodFromText period = periodFromText(ui_->textTimePeriod->text().toStdString());
+  settings_.theTimePeriod = period.theTimePeriod;
+  if (period.writeBack) ui_->textTimePeriod->setText(qstring(*period.writeBack));
+  ui_->periodStep->setValue(settings_.theTimePeriod);
+}
+
+void ViewController::setTheNowButton() {
+  ui_->textBaseDate->setAbsoluteTime(app_.clock().now());
+}
+
+void ViewController::setLogarchiveSource() {
+  const OpenPanelRequest request{
+      "Choose a Logarchive or Log File", true, true, true, {"logarchive", "tracev3"}};
+  const auto path = app_.panels().runOpenPanel(request, window());
+  if (!path) return;
+  source_ = sourceFromPath(path->string());
+  window()->setWindowTitle(qstring(sourceWindowTitle(path->string())));
+  ui_->fileSourceIndicator->setText(qstring(kSourceIndicator));
+}
+
+void ViewController::getLogButton() {
+  textSetPeriod();
+  QueryInput input;
+  input.theTimePeriod = settings_.theTimePeriod;
+  input.unitIndex = ui_->popupTimeUnits->currentIndex();
+  input.baseDate = ui_->textBaseDate->absoluteTime();
+  input.predicate = predicateFromBox(settings_.comboPredicate, settings_.specPredList);
+  input.source = source_;
+  input.fetchInfo = settings_.fetchInfo;
+  input.fetchSignposts = settings_.fetchSignposts;
+  input.fetchDebug = settings_.fetchDebug;
+  input.osVersion = settings_.osVersion;
+  auto run = std::make_shared<Run>();
+  const LogQuery query = buildLogQuery(input, run->formatter);
+  theFullCmdStr_ = query.theFullCmdStr;
+  startSpinner();
+  AppDocument* owner = document();
+  if (!owner) return;  // no document, no fetch
+  owner->record().startDate = query.startDate;
+  owner->record().endDate = query.endDate;
+  run->startDate = query.startDate;
+
+  ++runsInFlight_;
+  // The worker gets copies: a second Get Log may replace the argument list meanwhile.
+  processingQueue_->addOperation([this, run, tool = app_.logTool(), args = theFullCmdStr_] {
+    // On processingQueue.
+    auto output = std::make_shared<LogShowOutput>(runLogShow(tool, args));
+    QMetaObject::invokeMethod(
+        this, [this, run, output] { completeLogShow(std::move(*output), run); },
+        Qt::QueuedConnection);
+  });
+}
+
+void ViewController::completeLogShow(LogShowOutput&& output,
+                                     const std::shared_ptr<const Run>& run) {
+  --runsInFlight_;
+  AppDocument* owner = document();
+  if (!owner) return;
+  std::string styleText;
+  const LogShowCompletion done = kavor::completeLogShow(
+      std::move(output), owner->record(), stylerInput(styleText),
+      {run->formatter, run->startDate, app_.clock().now(), app_.delegate().dontShowGraphView});
+  if (done.alertText) {
+    stopSpinner();
+    showActionError(*done.alertText);
+    emit logShowCompleted();
+    return;
+  }
+  theNowStr_ = done.theNowStr;
+  if (done.redraw) {
+    window()->setWindowTitle(qstring(done.displayName));
+    showStyled(done.styled);
+  }
+  stopSpinner();
+  emit logShowCompleted();
+}
+
+StylerInput ViewController::stylerInput(std::string& styleText) const {
+  StylerInput input;
+  if (const AppDocument* owner = document()) input.entries = &owner->record().theJSONDictionaries;
+  styleText = selectedListText(settings_.comboStyle, settings_.specStyleList);
+  input.styleText = styleText;
+  input.filter = filterChoiceFromBox(settings_.comboFilter, settings_.specFiltList);
+  input.show = {settings_.showLogEntries, settings_.showSignposts, settings_.showActivities};
+  input.limitEntries = settings_.limitEntries;
+  input.theLogCap = settings_.theLogCap;
+  input.osVersion = settings_.osVersion;
+  return input;
+}
+
+void ViewController::showStyled(const StyledEntries& styled) {
+  resultView().setStyledText(styled.text);
+  if (styled.entryCount) ui_->entryCount->setText(qstring(*styled.entryCount));
+  showLineCount();
+}
+
+void ViewController::showLineCount() {
+  ui_->lineCount->setText(QString::number(paragraphCount(resultView().styledText().text)));
+}
+
+void ViewController::refreshResults() {
+  const AppDocument* owner = document();
+  if (!owner || owner->record().theJSONDictionaries.empty()) return;
+  startSpinner();
+  // Queued, so the spinner shows before the styling starts.
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        if (document()) {
+          std::string styleText;
+          showStyled(styleEntries(stylerInput(styleText)));
+        }
+        stopSpinner();
+      },
+      Qt::QueuedConnection);
+}
+
+void ViewController::setStyleCombo() {
+  refreshResults();
+}
+
+void ViewController::setFilterCombo() {
+  refreshResults();
+}
+
+void ViewController::doConversion() {
+  const AppDocument* owner = document();
+  if (!owner) return;
+  auto csv =
+      convertToCsv(owner->record().theJSONDictionaries, settings_.osVersion,
+                   {settings_.showLogEntries, settings_.showSignposts, settings_.showActivities});
+  if (!csv) return;
+  resultView().setStyledText({std::move(*csv), {}});
+  showLineCount();
+}
+
+void ViewController::startSpinner() {
+  ui_->progressSpinner->show();
+}
+
+void ViewController::stopSpinner() {
+  ui_->progressSpinner->hide();
+}
+
+}  // namespace kavor::app

@@ -1,0 +1,60 @@
+#pragma once
+// What every window of the application shares: the services handed in by main (or a test), and
+// the objects made once per run: the menus, the application delegate and the documents.
+
+#include <filesystem>
+#include <memory>
+
+#include "engine/query/log_collection.h"
+#include "platform/clock.h"
+#include "platform/settings_store.h"
+#include "platform/system_paths.h"
+
+namespace kavor::app {
+
+class AlertPresenter;
+class AppDelegate;
+class DocumentController;
+class FilePanels;
+class MainMenu;
+
+struct AppServices {
+  SettingsStore& settings;
+  SystemPaths paths;
+  const Clock& clock;
+  AlertPresenter& alerts;
+  FilePanels& panels;
+};
+
+class AppContext {
+ public:
+  explicit AppContext(AppServices services);
+  ~AppContext();
+  AppContext(const AppContext&) = delete;
+  AppContext& operator=(const AppContext&) = delete;
+
+  SettingsStore& settings() const { return services_.settings; }
+  const SystemPaths& paths() const { return services_.paths; }
+  const Clock& clock() const { return services_.clock; }
+  AlertPresenter& alerts() const { return services_.alerts; }
+  FilePanels& panels() const { return services_.panels; }
+
+  MainMenu& menu() const { return *menu_; }
+  AppDelegate& delegate() const { return *delegate_; }
+  DocumentController& documents() const { return *documents_; }
+
+  // The system's version as the main window compares it; 11 when the system does not say.
+  int osVersion() const;
+  // The log tool under the system root.
+  std::filesystem::path logTool() const;
+  // How the privileged collection asks for rights: the stand-in tool of a system root needs none.
+  PrivilegeMeans privilegeMeans() const;
+
+ private:
+  AppServices services_;
+  std::unique_ptr<MainMenu> menu_;
+  std::unique_ptr<AppDelegate> delegate_;
+  std::unique_ptr<DocumentController> documents_;
+};
+
+}  // namespace kavor::app

@@ -1,0 +1,36 @@
+#include "app/shell/app_delegate.h"
+
+#include <QAction>
+#include <QMenu>
+
+#include "app/shell/app_context.h"
+#include "app/shell/main_menu.h"
+#include "engine/query/settings_texts.h"
+#include "engine/shell/menu_texts.h"
+
+namespace kavor::app {
+
+AppDelegate::AppDelegate(AppContext& app) : app_(app) {}
+
+void AppDelegate::applicationDidFinishLaunching() {
+  dontShowGraphView = app_.settings().boolValue(kDontShowGraphViewKey);
+  const QMenu* windows = app_.menu().menuTitled(kWindowsMenuTitle);
+  if (QAction* openChart = MainMenu::itemTitled(windows, kOpenChartItem)) {
+    openChart->setVisible(false);
+    openChart->setEnabled(false);
+  }
+  if (QAction* tool = MainMenu::itemTitled(windows, kLogarchiveToolItem)) {
+    tool->setVisible(true);
+    tool->setEnabled(true);
+  }
+}
+
+void AppDelegate::enableGraphView() {
+  dontShowGraphView = !dontShowGraphView;
+  (void)app_.settings().setBool(kDontShowGraphViewKey, dontShowGraphView);
+  const QMenu* application = app_.menu().menuTitled(kApplicationMenuTitle);
+  if (QAction* item = MainMenu::itemTitled(application, kEnableChartViewItem))
+    item->setChecked(!dontShowGraphView);
+}
+
+}  // namespace kavor::app

@@ -1,0 +1,97 @@
+#include "app/shell/file_panels.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QStringList>
+
+namespace kavor::app {
+
+namespace {
+
+QString nameFilter(const std::string& description, const std::vector<std::string>& extensions) {
+  QStringList patterns;
+  for (const auto& extension : extensions)
+    patterns << "*." + QString::fromStdString(extension);
+  return QString::fromStdString(description) + " (" + patterns.join(' ') + ")";
+}
+
+// A file dialog that also accepts a folder with one of the allowed extensions (a logarchive)
+// instead of entering it.
+class BundleFileDialog final : public QFileDialog {
+ public:
+  BundleFileDialog(QWidget* parent, const OpenPanelRequest& request)
+      : QFileDialog(parent, QString::fromStdString(request.title)), request_(request) {}
+
+  void accept() override {
+    const QStringList files = selectedFiles();
+    if (request_.canChooseDirectories && files.size() == 1 && QFileInfo(files[0]).isDir() &&
+        hasAllowedExtension(files[0])) {
+      chosen_ = files[0];
+      QDialog::accept();
+      return;
+    }
+    QFileDialog::accept();
+  }
+
+  QString chosen() const { return chosen_.isEmpty() ? selectedFiles().value(0) : chosen_; }
+
+ private:
+  bool hasAllowedExtension(const QString& path) const {
+    if (request_.allowedExtensions.empty()) return true;
+    const QString suffix = QFileInfo(path).suffix();
+    for (const auto& extension : request_.allowedExtensions)
+      if (suffix == QString::fromStdString(extension)) return true;
+    return false;
+  }
+
+  const OpenPanelRequest& request_;
+  QString chosen_;
+};
+
+}  // namespace
+
+FilePanels::~FilePanels() = default;
+
+std::optional<std::filesystem::path> DialogFilePanels::runOpenPanel(const OpenPanelRequest& request,
+                                                                    QWidget* parent) {
+  BundleFileDialog dialog(parent, request);
+  dialog.setOption(QFileDialog::DontUseNativeDialog, request.canChooseDirectories);
+  dialog.setFileMode(QFileDialog::ExistingFile);
+  dialog.setAcceptMode(QFileDialog::AcceptOpen);
+  if (request.showsHiddenFiles) dialog.setFilter(dialog.filter() | QDir::Hidden);
+  if (!request.allowedExtensions.empty())
+    dialog.setNameFilter(nameFilter("Log archives and files", request.allowedExtensions));
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  const QString chosen = dialog.chosen();
+  if (chosen.isEmpty()) return std::nullopt;
+  return std::filesystem::path(chosen.toStdString());
+}
+
+std::optional<SaveChoice> DialogFilePanels::runSavePanel(const SavePanelRequest& request,
+                                                         QWidget* parent) {
+  QFileDialog dialog(parent, QString::fromStdString(request.title));
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setFileMode(QFileDialog::AnyFile);
+  dialog.setOption(QFileDialog::ReadOnly, !request.canCreateDirectories);
+  QStringList filters;
+  for (const auto& type : request.types)
+    filters << nameFilter(type.description, {type.extension});
+  dialog.setNameFilters(filters);
+  dialog.selectFile(QString::fromStdString(request.proposedName));
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+  const auto index = static_cast<size_t>(filters.indexOf(dialog.selectedNameFilter()));
+  if (index >= request.types.size()) return std::nullopt;
+  const SaveType& type = request.types[index];
+  return SaveChoice{withExtension(dialog.selectedFiles().front().toStdString(), type.extension),
+                    type.typeName};
+}
+
+std::filesystem::path withExtension(const std::filesystem::path& path,
+                                    const std::string& extension) {
+  if (extension.empty() || path.extension() == "." + extension) return path;
+  std::filesystem::path completed = path;
+  completed += "." + extension;
+  return completed;
+}
+
+}  // namespace kavor::app

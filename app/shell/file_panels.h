@@ -1,0 +1,62 @@
+#pragma once
+// Every open and save panel goes through one seam, so that tests can answer them.
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+class QWidget;
+
+namespace kavor::app {
+
+struct OpenPanelRequest {
+  std::string title;
+  bool canChooseDirectories = false;
+  bool showsHiddenFiles = false;
+  // Bundles such as a logarchive are folders the user may enter and pick.
+  bool treatsPackagesAsDirectories = false;
+  std::vector<std::string> allowedExtensions;  // empty: any file
+};
+
+struct SaveType {
+  std::string typeName;  // "public.plain-text"
+  std::string description;
+  std::string extension;  // without the dot
+};
+
+struct SavePanelRequest {
+  std::string title;
+  std::string proposedName;
+  std::vector<SaveType> types;  // the first is proposed
+  bool canCreateDirectories = true;
+};
+
+struct SaveChoice {
+  std::filesystem::path path;  // with the chosen type's extension
+  std::string typeName;
+};
+
+class FilePanels {
+ public:
+  virtual ~FilePanels();
+  // None when the user cancels.
+  virtual std::optional<std::filesystem::path> runOpenPanel(const OpenPanelRequest& request,
+                                                            QWidget* parent) = 0;
+  virtual std::optional<SaveChoice> runSavePanel(const SavePanelRequest& request,
+                                                 QWidget* parent) = 0;
+};
+
+class DialogFilePanels final : public FilePanels {
+ public:
+  std::optional<std::filesystem::path> runOpenPanel(const OpenPanelRequest& request,
+                                                    QWidget* parent) override;
+  std::optional<SaveChoice> runSavePanel(const SavePanelRequest& request, QWidget* parent) override;
+};
+
+// The path with the type's extension added unless it already ends with it, as a save panel
+// completes a typed name.
+std::filesystem::path withExtension(const std::filesystem::path& path,
+                                    const std::string& extension);
+
+}  // namespace kavor::app

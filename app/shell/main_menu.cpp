@@ -1,0 +1,132 @@
+#include "app/shell/main_menu.h"
+
+#include <QAction>
+#include <QKeySequence>
+#include <QMenu>
+#include <QMenuBar>
+
+#include "engine/shell/menu_texts.h"
+
+namespace kavor::app {
+
+namespace {
+
+QString qstring(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+struct ItemSpec {
+  MenuCommand command;
+  std::string_view title;
+  QList<QKeySequence> shortcuts;
+  bool checkable = false;
+  QAction::MenuRole role = QAction::NoRole;
+  bool separatorBefore = false;
+};
+
+struct MenuSpec {
+  std::string_view title;
+  std::vector<ItemSpec> items;
+};
+
+std::vector<MenuSpec> menuSpecs() {
+  using C = MenuCommand;
+  using K = QKeySequence;
+  return {
+      {kApplicationMenuTitle,
+       {
+           {C::enableChartView, kEnableChartViewItem, {}, true},
+           {C::preferences,
+            "Preferences\u2026",
+            {K::Preferences},
+            false,
+            QAction::PreferencesRole,
+            true},
+           {C::quit, "Quit Kavor", {K::Quit}, false, QAction::QuitRole, true},
+       }},
+      {kFileMenuTitle,
+       {
+           {C::newDocument, "New", {K::New}},
+           {C::openDocument, "Open\u2026", {K::Open}},
+           {C::chooseSource, "Choose Logarchive or File\u2026", {K("Ctrl+Shift+O")}},
+           {C::closeWindow, "Close", {K::Close}, false, QAction::NoRole, true},
+           {C::save, "Save\u2026", {K::Save}},
+           {C::saveAs, "Save As\u2026", {K::SaveAs}},
+           {C::makeLogarchive, "Make Logarchive\u2026", {}, false, QAction::NoRole, true},
+           {C::saveDefaults, "Save Window Settings", {}},
+       }},
+      {kEditMenuTitle,
+       {
+           {C::copy, "Copy", {K::Copy}},
+           {C::paste, "Paste", {K::Paste}},
+       }},
+      {kViewMenuTitle,
+       {
+           {C::getLog, "Get Log", {K::Refresh}},
+           {C::limitEntries, kLimitEntriesItem, {}, true, QAction::NoRole, true},
+           {C::showLogEntries, kShowLogEntriesItem, {}, true},
+           {C::showSignposts, kShowSignpostsItem, {}, true},
+           {C::showActivities, kShowActivitiesItem, {}, true},
+           {C::fetchInfo, kFetchInfoItem, {}, true, QAction::NoRole, true},
+           {C::fetchSignposts, kFetchSignpostsItem, {}, true},
+           {C::fetchDebug, kFetchDebugItem, {}, true},
+           {C::biggerFont, "Bigger", {K::ZoomIn, K("Ctrl+=")}, false, QAction::NoRole, true},
+           {C::smallerFont, "Smaller", {K::ZoomOut}},
+           {C::convertToCsv, "Convert to CSV", {K("Ctrl+Shift+C")}, false, QAction::NoRole, true},
+       }},
+      {kWindowsMenuTitle,
+       {
+           {C::openChart, kOpenChartItem, {K("Ctrl+Shift+G")}},
+           {C::logarchiveTool, kLogarchiveToolItem, {}},
+       }},
+      {kHelpMenuTitle,
+       {
+           {C::updateStatus, kUpdateNotCheckedItem, {}},
+       }},
+  };
+}
+
+}  // namespace
+
+MainMenu::MainMenu() {
+  for (const MenuSpec& spec : menuSpecs()) {
+    auto menu = std::make_unique<QMenu>(qstring(spec.title));
+    for (const ItemSpec& item : spec.items) {
+      if (item.separatorBefore) menu->addSeparator();
+      QAction* action = menu->addAction(qstring(item.title));
+      action->setShortcuts(item.shortcuts);
+      action->setCheckable(item.checkable);
+      action->setMenuRole(item.role);
+      actions_[static_cast<size_t>(item.command)] = action;
+    }
+    menus_.push_back(std::move(menu));
+  }
+  // The interface definition ticks the chart switch; only its action changes it afterwards.
+  action(MenuCommand::enableChartView)->setChecked(true);
+  // Until a document's chart data is ready there is no chart to open.
+  action(MenuCommand::openChart)->setVisible(false);
+  action(MenuCommand::openChart)->setEnabled(false);
+  action(MenuCommand::updateStatus)->setEnabled(false);
+}
+
+MainMenu::~MainMenu() = default;
+
+void MainMenu::attachTo(QMenuBar* bar) const {
+  for (const auto& menu : menus_)
+    bar->addMenu(menu.get());
+}
+
+QMenu* MainMenu::menuTitled(std::string_view title) const {
+  for (const auto& menu : menus_)
+    if (menu->title() == qstring(title)) return menu.get();
+  return nullptr;
+}
+
+QAction* MainMenu::itemTitled(const QMenu* menu, std::string_view title) {
+  if (!menu) return nullptr;
+  for (QAction* action : menu->actions())
+    if (!action->isSeparator() && action->text() == qstring(title)) return action;
+  return nullptr;
+}
+
+}  // namespace kavor::app

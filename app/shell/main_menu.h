@@ -1,0 +1,70 @@
+#pragma once
+// The application's menus, made once and shared by every window's menu bar, as one menu bar
+// serves every window of the application. Controllers find menus and items by their titles;
+// the application connects each command to whichever window is in front.
+
+#include <QObject>
+#include <array>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+class QAction;
+class QMenu;
+class QMenuBar;
+
+namespace kavor::app {
+
+enum class MenuCommand {
+  enableChartView,
+  preferences,
+  quit,
+  newDocument,
+  openDocument,
+  closeWindow,
+  save,
+  saveAs,
+  chooseSource,
+  makeLogarchive,
+  saveDefaults,
+  copy,
+  paste,
+  getLog,
+  limitEntries,
+  showLogEntries,
+  showSignposts,
+  showActivities,
+  fetchInfo,
+  fetchSignposts,
+  fetchDebug,
+  biggerFont,
+  smallerFont,
+  convertToCsv,
+  openChart,
+  logarchiveTool,
+  updateStatus,
+  count
+};
+
+class MainMenu final : public QObject {
+  Q_OBJECT
+
+ public:
+  MainMenu();
+  ~MainMenu() override;
+
+  // Adds the shared menus to a window's menu bar.
+  void attachTo(QMenuBar* bar) const;
+
+  // A top-level menu, or none.
+  QMenu* menuTitled(std::string_view title) const;
+  // An item of a menu, or none; a missing menu has no items.
+  static QAction* itemTitled(const QMenu* menu, std::string_view title);
+  QAction* action(MenuCommand command) const { return actions_[static_cast<size_t>(command)]; }
+
+ private:
+  std::vector<std::unique_ptr<QMenu>> menus_;
+  std::array<QAction*, static_cast<size_t>(MenuCommand::count)> actions_{};
+};
+
+}  // namespace kavor::app

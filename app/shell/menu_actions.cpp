@@ -1,0 +1,103 @@
+#include "app/shell/menu_actions.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+#include "app/document/app_document.h"
+#include "app/document/document_controller.h"
+#include "app/query/copiable_date_picker.h"
+#include "app/query/view_controller.h"
+#include "app/shell/app_context.h"
+#include "app/shell/app_delegate.h"
+#include "app/shell/main_menu.h"
+
+namespace kavor::app {
+
+namespace {
+
+using C = MenuCommand;
+
+void onTriggered(const AppContext& app, MenuCommand command, std::function<void()> handler) {
+  QObject::connect(app.menu().action(command), &QAction::triggered, &app.menu(),
+                   [handler = std::move(handler)] { handler(); });
+}
+
+// A command of the main window in front; none in front, nothing happens.
+void forViewController(AppContext& app, MenuCommand command, void (ViewController::*method)()) {
+  onTriggered(app, command, [&app, method] {
+    if (ViewController* controller = app.documents().frontViewController()) (controller->*method)();
+  });
+}
+
+void forDocument(AppContext& app, MenuCommand command, void (AppDocument::*method)()) {
+  onTriggered(app, command, [&app, method] {
+    if (AppDocument* document = app.documents().frontDocument()) (document->*method)();
+  });
+}
+
+bool isEditableText(const QWidget* widget) {
+  if (const auto* line = qobject_cast<const QLineEdit*>(widget)) return !line->isReadOnly();
+  if (const auto* text = qobject_cast<const QPlainTextEdit*>(widget)) return !text->isReadOnly();
+  return false;
+}
+
+}  // namespace
+
+void copyToClipboard(AppContext&) {
+  QWidget* focus = QApplication::focusWidget();
+  if (!focus) return;
+  if (auto* picker = qobject_cast<CopiableDatePicker*>(focus)) {
+    picker->copy();
+    return;
+  }
+  // Text fields and the result view copy their selection.
+  QMetaObject::invokeMethod(focus, "copy");
+}
+
+void pasteFromClipboard(AppContext& app) {
+  QWidget* focus = QApplication::focusWidget();
+  if (isEditableText(focus)) {
+    QMetaObject::invokeMethod(focus, "paste");
+    return;
+  }
+  if (ViewController* controller = app.documents().frontViewController()) controller->paste();
+}
+
+void connectMenuActions(AppContext& app) {
+  onTriggered(app, C::enableChartView, [&app] { app.delegate().enableGraphView(); });
+  onTriggered(app, C::quit, [&app] {
+    app.documents().closeAll();
+    QApplication::quit();
+  });
+  onTriggered(app, C::newDocument, [&app] { app.documents().newDocument(); });
+  onTriggered(app, C::openDocument, [&app] { app.documents().openDocument(); });
+  onTriggered(app, C::closeWindow, [] {
+    if (QWidget* window = QApplication::activeWindow()) window->close();
+  });
+  forDocument(app, C::save, &AppDocument::saveDocument);
+  forDocument(app, C::saveAs, &AppDocument::saveDocumentAs);
+  onTriggered(app, C::copy, [&app] { copyToClipboard(app); });
+  onTriggered(app, C::paste, [&app] { pasteFromClipboard(app); });
+
+  forViewController(app, C::chooseSource, &ViewController::setLogarchiveSource);
+  forViewController(app, C::makeLogarchive, &ViewController::cmdMakeLog);
+  forViewController(app, C::saveDefaults, &ViewController::doSaveDefaults);
+  forViewController(app, C::getLog, &ViewController::getLogButton);
+  forViewController(app, C::limitEntries, &ViewController::setLimit);
+  forViewController(app, C::showLogEntries, &ViewController::setShowLogEntries);
+  forViewController(app, C::showSignposts, &ViewController::setShowSignposts);
+  forViewController(app, C::showActivities, &ViewController::setShowActivities);
+  forViewController(app, C::fetchInfo, &ViewController::setFetchInfo);
+  forViewController(app, C::fetchSignposts, &ViewController::setFetchSignposts);
+  forViewController(app, C::fetchDebug, &ViewController::setFetchDebug);
+  forViewController(app, C::biggerFont, &ViewController::incFontSize);
+  forViewController(app, C::smallerFont, &ViewController::decFontSize);
+  forViewController(app, C::convertToCsv, &ViewController::doConversion);
+
+  // Their windows come with the preferences and the log archive tool.
+  app.menu().action(C::preferences)->setEnabled(false);
+}
+
+}  // namespace kavor::app

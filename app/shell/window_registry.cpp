@@ -1,0 +1,47 @@
+#include "app/shell/window_registry.h"
+
+#include <QMenuBar>
+#include <functional>
+#include <utility>
+#include <vector>
+
+#include "app/query/view_controller.h"
+#include "app/shell/app_context.h"
+#include "app/shell/kv_main_window.h"
+#include "app/shell/main_menu.h"
+#include "app/shell/window_controller.h"
+#include "engine/shell/menu_texts.h"
+
+namespace kavor::app {
+
+namespace {
+
+std::unique_ptr<WindowController> makeDocumentWindowController(AppContext& app) {
+  auto window = std::make_unique<KvMainWindow>();
+  app.menu().attachTo(window->menuBar());
+  window->resize(1100, 720);
+  auto* content = new ViewController(app);
+  auto controller = std::make_unique<WindowController>(std::move(window), content);
+  content->viewDidLoad();
+  return controller;
+}
+
+using Factory = std::function<std::unique_ptr<WindowController>(AppContext&)>;
+
+const std::vector<std::pair<std::string_view, Factory>>& factories() {
+  static const std::vector<std::pair<std::string_view, Factory>> all = {
+      {kDocumentWindowControllerId, makeDocumentWindowController},
+  };
+  return all;
+}
+
+}  // namespace
+
+std::unique_ptr<WindowController> instantiateWindowController(std::string_view identifier,
+                                                              AppContext& app) {
+  for (const auto& [id, factory] : factories())
+    if (id == identifier) return factory(app);
+  return nullptr;
+}
+
+}  // namespace kavor::app

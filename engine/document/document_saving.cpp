@@ -1,0 +1,16 @@
+#include "engine/document/document_saving.h"
+
+namespace kavor {
+
+std::string saveTrailer(std::string_view theNowStr, const std::vector<std::string>& theFullCmdStr) {
+  std::string trailer = "\nAt ";
+  trailer += theNowStr;
+  trailer += " for command log ";
+  for (size_t i = 0; i < theFullCmdStr.size(); ++i) {
+    if (i > 0) trailer += ' ';
+    trailer += theFullCmdStr[i];
+  }
+  return trailer;
+}
+
+}  // namespace kavor

@@ -1,0 +1,21 @@
+#pragma once
+// What a saved result holds besides the result itself: the types it can be saved as, the error a
+// failed save or open reports, and the line that says when and by which command it was fetched.
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavor {
+
+inline constexpr std::string_view kPlainTextType = "public.plain-text";
+inline constexpr std::string_view kRtfType = "public.rtf";
+
+// Saving or opening fails with this code of the OSStatus error domain, with no user information.
+inline constexpr int kDocumentErrorCode = -4;
+
+// "\nAt " + theNowStr + " for command log " + the arguments joined with single spaces. A window
+// that never fetched has an empty time and one empty argument, and says so as it is.
+std::string saveTrailer(std::string_view theNowStr, const std::vector<std::string>& theFullCmdStr);
+
+}  // namespace kavor

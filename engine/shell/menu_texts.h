@@ -1,0 +1,38 @@
+#pragma once
+// Titles of the menus and menu items that controllers look up by title, and the identifiers the
+// interface definition makes window controllers from. Each is written here once.
+
+#include <array>
+#include <string_view>
+
+namespace kavor {
+
+inline constexpr std::string_view kApplicationName = "Kavor";
+
+// Top-level menus.
+inline constexpr std::string_view kApplicationMenuTitle = kApplicationName;
+inline constexpr std::string_view kFileMenuTitle = "File";
+inline constexpr std::string_view kEditMenuTitle = "Edit";
+inline constexpr std::string_view kViewMenuTitle = "View";
+inline constexpr std::string_view kWindowsMenuTitle = "Windows";
+inline constexpr std::string_view kHelpMenuTitle = "Help";
+
+inline constexpr std::string_view kEnableChartViewItem = "Enable Chart View";
+inline constexpr std::string_view kOpenChartItem = "Open Chart";
+inline constexpr std::string_view kLogarchiveToolItem = "Logarchive Tool";
+inline constexpr std::string_view kUpdateNotCheckedItem = "Update not checked";
+
+// The View menu items that mirror a main window's switches, in menu order.
+inline constexpr std::string_view kLimitEntriesItem = "Limit entries shown";
+inline constexpr std::string_view kShowLogEntriesItem = "Show log entries";
+inline constexpr std::string_view kShowSignpostsItem = "Show Signposts";
+inline constexpr std::string_view kShowActivitiesItem = "Show Activities";
+inline constexpr std::string_view kFetchInfoItem = "Get info messages";
+inline constexpr std::string_view kFetchSignpostsItem = "Get Signposts";
+inline constexpr std::string_view kFetchDebugItem = "Get Debug";
+
+// Identifiers of window controllers in the interface definition.
+inline constexpr std::string_view kDocumentWindowControllerId = "Document Window Controller";
+inline constexpr std::string_view kGraphWindowControllerId = "GraphWindowController";
+
+}  // namespace kavor
