@@ -1,0 +1,162 @@
+#include "tests/app/app_fixture.h"
+
+#include <stdlib.h>
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QTest>
+#include <fstream>
+#include <map>
+#include <sstream>
+
+#include "app/document/app_document.h"
+#include "app/document/document_controller.h"
+#include "app/query/result_view.h"
+#include "app/query/view_controller.h"
+#include "platform/child_process.h"
+
+namespace kavor::app_testing {
+
+namespace fs = std::filesystem;
+
+TempFolder::TempFolder() {
+  std::string pattern = (fs::temp_directory_path() / "kavor-app-XXXXXX").string();
+  if (::mkdtemp(pattern.data()) != nullptr) path_ = pattern;
+}
+
+TempFolder::~TempFolder() {
+  std::error_code ignored;
+  if (!path_.empty()) fs::remove_all(path_, ignored);
+}
+
+void writeFile(const fs::path& file, std::string_view bytes) {
+  fs::create_directories(file.parent_path());
+  std::ofstream out(file, std::ios::binary | std::ios::trunc);
+  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+std::string readFile(const fs::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  std::stringstream bytes;
+  bytes << in.rdbuf();
+  return bytes.str();
+}
+
+fs::path standInRoot(std::string_view macosVersion) {
+  static TempFolder folder;
+  static std::map<std::string, fs::path, std::less<>> made;
+  if (auto found = made.find(macosVersion); found != made.end()) return found->second;
+  const fs::path root = folder.path() / macosVersion;
+  StringSink output;
+  const std::vector<std::string> args{"make-system", root.string(), "--macos",
+                                      std::string(macosVersion)};
+  const auto exit = runChildProcess(KAVOR_LOG_TOOL, args, output);
+  if (!exit || exit->status != 0) qFatal("make-system failed for %s", root.c_str());
+  made.emplace(std::string(macosVersion), root);
+  return root;
+}
+
+namespace {
+
+// Answers from files beside it, so that a test can change what the next run does.
+constexpr std::string_view kFakeTool = R"sh(#!/bin/sh
+here=$(dirname "$0")
+printf '%s\0' "$@" > "$here/log.args"
+if [ -f "$here/log.status" ]; then
+  cat "$here/log.stderr" >&2
+  exit "$(cat "$here/log.status")"
+fi
+cat "$here/log.out"
+)sh";
+
+}  // namespace
+
+FakeToolRoot::FakeToolRoot(std::string_view productVersion) {
+  const fs::path tool = root() / "usr/bin/log";
+  writeFile(tool, kFakeTool);
+  fs::permissions(tool, fs::perms::owner_all);
+  writeFile(root() / "System/Library/CoreServices/SystemVersion.plist",
+            std::string(R"(<?xml version="1.0" encoding="UTF-8"?>
+<plist version="1.0"><dict><key>ProductVersion</key><string>)") +
+                std::string(productVersion) + "</string></dict></plist>\n");
+  printOutput("[]");
+}
+
+void FakeToolRoot::printOutput(std::string_view output) {
+  fs::remove(root() / "usr/bin/log.status");
+  writeFile(root() / "usr/bin/log.out", output);
+}
+
+void FakeToolRoot::failWith(int status, std::string_view standardError) {
+  writeFile(root() / "usr/bin/log.status", std::to_string(status));
+  writeFile(root() / "usr/bin/log.stderr", standardError);
+}
+
+std::vector<std::string> FakeToolRoot::lastArguments() const {
+  const std::string bytes = readFile(root() / "usr/bin/log.args");
+  std::vector<std::string> args;
+  size_t at = 0;
+  while (at < bytes.size()) {
+    const size_t end = bytes.find('\0', at);
+    args.push_back(bytes.substr(at, end - at));
+    at = end + 1;
+  }
+  return args;
+}
+
+int RecordingAlerts::runModal(const app::Alert& alert, QWidget*) {
+  shown.push_back(alert);
+  return 0;
+}
+
+std::optional<fs::path> ScriptedPanels::runOpenPanel(const app::OpenPanelRequest& request,
+                                                     QWidget*) {
+  openRequests.push_back(request);
+  if (openAnswers.empty()) return std::nullopt;
+  auto answer = openAnswers.front();
+  openAnswers.pop_front();
+  return answer;
+}
+
+std::optional<app::SaveChoice> ScriptedPanels::runSavePanel(const app::SavePanelRequest& request,
+                                                            QWidget*) {
+  saveRequests.push_back(request);
+  if (saveAnswers.empty()) return std::nullopt;
+  auto answer = saveAnswers.front();
+  saveAnswers.pop_front();
+  return answer;
+}
+
+TestApp::TestApp(const fs::path& root)
+    : context_(std::make_unique<app::AppContext>(
+          app::AppServices{settings, SystemPaths(root), clock, alerts, panels})) {}
+
+TestApp::~TestApp() {
+  context_.reset();
+  settle();
+}
+
+app::AppDocument* TestApp::newDocument() {
+  return context_->documents().newDocument();
+}
+
+app::ViewController& TestApp::controller(app::AppDocument* document) {
+  return *document->viewController();
+}
+
+bool TestApp::getLog(app::ViewController& controller) {
+  controller.getLogButton();
+  return QTest::qWaitFor([&] { return controller.runsInFlight() == 0; }, 20000);
+}
+
+void TestApp::settle() {
+  QCoreApplication::processEvents();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  QCoreApplication::processEvents();
+}
+
+QString viewText(const app::ViewController& controller) {
+  return controller.resultView().toPlainText();
+}
+
+}  // namespace kavor::app_testing

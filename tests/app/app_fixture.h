@@ -1,0 +1,108 @@
+#pragma once
+// What the window tests share: a system root (made by the stand-in tool, or a scripted fake
+// tool), answers for alerts and panels, and an application context over an in-memory store.
+
+#include <QString>
+#include <deque>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/shell/alerts.h"
+#include "app/shell/app_context.h"
+#include "app/shell/file_panels.h"
+#include "platform/clock.h"
+#include "platform/settings_store.h"
+
+namespace kavor::app {
+class AppDocument;
+class ViewController;
+}  // namespace kavor::app
+
+namespace kavor::app_testing {
+
+// A folder removed with everything in it.
+class TempFolder {
+ public:
+  TempFolder();
+  ~TempFolder();
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+  const std::filesystem::path& path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+void writeFile(const std::filesystem::path& file, std::string_view bytes);
+std::string readFile(const std::filesystem::path& file);
+
+// A system root laid out by the stand-in tool's make-system, once per version and run.
+std::filesystem::path standInRoot(std::string_view macosVersion = "10.15.7");
+
+// A system root whose log tool prints what the test says and records its arguments.
+class FakeToolRoot {
+ public:
+  explicit FakeToolRoot(std::string_view productVersion = "10.15.7");
+  const std::filesystem::path& root() const { return folder_.path(); }
+  // Exit 0 printing this.
+  void printOutput(std::string_view output);
+  // Exit with the status, writing this to standard error.
+  void failWith(int status, std::string_view standardError);
+  // The arguments of the last run, after the program.
+  std::vector<std::string> lastArguments() const;
+
+ private:
+  TempFolder folder_;
+};
+
+class RecordingAlerts final : public app::AlertPresenter {
+ public:
+  int runModal(const app::Alert& alert, QWidget* parent) override;
+  std::vector<app::Alert> shown;
+};
+
+class ScriptedPanels final : public app::FilePanels {
+ public:
+  std::optional<std::filesystem::path> runOpenPanel(const app::OpenPanelRequest& request,
+                                                    QWidget* parent) override;
+  std::optional<app::SaveChoice> runSavePanel(const app::SavePanelRequest& request,
+                                              QWidget* parent) override;
+  // Answers in order; an empty queue cancels.
+  std::deque<std::optional<std::filesystem::path>> openAnswers;
+  std::deque<std::optional<app::SaveChoice>> saveAnswers;
+  std::vector<app::OpenPanelRequest> openRequests;
+  std::vector<app::SavePanelRequest> saveRequests;
+};
+
+// 2026-11-20 10:00:00 UTC, the tests' "now".
+inline constexpr double kTestNow = 816861600.0;
+
+class TestApp {
+ public:
+  explicit TestApp(const std::filesystem::path& root);
+  ~TestApp();
+
+  app::AppContext& context() { return *context_; }
+  MemorySettingsStore settings;
+  FixedClock clock{kTestNow};
+  RecordingAlerts alerts;
+  ScriptedPanels panels;
+
+  app::AppDocument* newDocument();
+  static app::ViewController& controller(app::AppDocument* document);
+  // Presses Get Log and waits until every run has completed.
+  static bool getLog(app::ViewController& controller);
+  // Lets queued jobs (restyling, deferred deletes) run.
+  static void settle();
+
+ private:
+  std::unique_ptr<app::AppContext> context_;
+};
+
+QString viewText(const app::ViewController& controller);
+
+}  // namespace kavor::app_testing

@@ -1,0 +1,152 @@
+// Documents and their windows: saving as plain text and RTF with the trailer, refusing to open,
+// independent windows, and closing.
+
+#include <QTest>
+
+#include "app/document/app_document.h"
+#include "app/document/document_controller.h"
+#include "app/query/result_view.h"
+#include "app/query/view_controller.h"
+#include "app/shell/window_controller.h"
+#include "engine/document/document_saving.h"
+#include "tests/app/app_fixture.h"
+#include "tests/app/app_test_registry.h"
+
+using namespace kavor;
+using namespace kavor::app;
+using namespace kavor::app_testing;
+
+namespace {
+
+constexpr std::string_view kOneEntry = R"([{"timestamp" : "2026-11-20 09:59:50.000001+0000",
+  "eventType" : "logEvent", "subsystem" : "com.apple.xpc", "eventMessage" : "hello \u00e9 \ud83d\ude00"}])";
+
+size_t occurrences(std::string_view text, std::string_view part) {
+  size_t count = 0;
+  for (size_t at = text.find(part); at != std::string_view::npos; at = text.find(part, at + 1))
+    ++count;
+  return count;
+}
+
+}  // namespace
+
+class DocumentTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void newDocumentStartsEmpty() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    AppDocument* document = app.newDocument();
+    const Document& record = document->record();
+    QCOMPARE(record.theNoBins, int64_t{50});
+    QCOMPARE(record.startDate, kTestNow);
+    QCOMPARE(record.endDate, kTestNow);
+    QVERIFY(record.theJSONDictionaries.empty() && record.logBarValue.empty());
+    QCOMPARE(document->displayName(), std::string("Untitled"));
+    QCOMPARE(document->windowControllers().size(), size_t{1});
+  }
+
+  void plainTextOfAWindowThatNeverFetched() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    AppDocument* document = app.newDocument();
+    const auto data = document->dataOfType(kPlainTextType);
+    QVERIFY(data.ok());
+    QCOMPARE(*data, std::string("\nAt  for command log "));
+  }
+
+  void savesCarryTheTrailerAndStyledSavesAddToTheView() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    AppDocument* document = app.newDocument();
+    ViewController& view = TestApp::controller(document);
+    tool.printOutput(kOneEntry);
+    QVERIFY(TestApp::getLog(view));
+    const std::string shown = view.resultView().styledText().text;
+    const std::string trailer =
+        "\nAt 2026-11-20 10:00:00 for command log show --style json --info --signpost --start "
+        "2026-11-20 09:59:40 --end 2026-11-20 10:00:00";
+
+    TempFolder folder;
+    const auto text = folder.path() / "saved.txt";
+    app.panels.saveAnswers.push_back(SaveChoice{text, std::string(kPlainTextType)});
+    document->saveDocumentAs();
+    QCOMPARE(app.panels.saveRequests.at(0).proposedName, std::string("Kavor_2026-11-20 09:59:40"));
+    QCOMPARE(readFile(text), shown + trailer);
+    document->saveDocument();  // the same file again, no panel
+    QCOMPARE(app.panels.saveRequests.size(), size_t{1});
+    QCOMPARE(readFile(text), shown + trailer);
+
+    const auto rtf = folder.path() / "saved.rtf";
+    for (int i = 0; i < 2; ++i) {
+      app.panels.saveAnswers.push_back(SaveChoice{rtf, std::string(kRtfType)});
+      document->saveDocumentAs();
+    }
+    const std::string styled = readFile(rtf);
+    QVERIFY(styled.starts_with("{\\rtf1"));
+    QCOMPARE(occurrences(styled, "for command log show"), size_t{2});
+    QVERIFY(styled.find("\\u-10179?\\u-8704?") != std::string::npos);  // the emoji, whole
+    // The view shows what the styled saves appended, in the default font.
+    QCOMPARE(view.resultView().styledText().text, shown + trailer + trailer);
+    QCOMPARE(view.resultView().fontedLength(), shown.size());
+    QVERIFY(view.resultView().toPlainText().endsWith(QString::fromStdString(trailer)));
+    QVERIFY(app.alerts.shown.empty());
+  }
+
+  void aSaveThatCannotBeWrittenIsReported() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    AppDocument* document = app.newDocument();
+    app.panels.saveAnswers.push_back(
+        SaveChoice{"/nonexistent-folder/saved.txt", std::string(kPlainTextType)});
+    document->saveDocumentAs();
+    QCOMPARE(app.alerts.shown.size(), size_t{1});
+    QCOMPARE(app.alerts.shown[0].message,
+             std::string("The document \u201CUntitled\u201D could not be saved."));
+    QVERIFY(!std::filesystem::exists("/nonexistent-folder/saved.txt"));
+  }
+
+  void openingAnyFileFailsAndMakesNoDocument() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    app.newDocument();
+    app.panels.openAnswers.push_back(std::filesystem::path("/tmp/Kavor_saved.txt"));
+    app.context().documents().openDocument();
+    QCOMPARE(app.context().documents().documents().size(), size_t{1});
+    QCOMPARE(app.alerts.shown.size(), size_t{1});
+    QCOMPARE(app.alerts.shown[0].message,
+             std::string("The document \u201CKavor_saved.txt\u201D could not be opened."));
+    QCOMPARE(app.alerts.shown[0].informative,
+             std::string("The operation couldn\u2019t be completed. (OSStatus error -4.)"));
+    QVERIFY(!AppDocument::readFromData("anything", kPlainTextType).ok());
+  }
+
+  void twoWindowsKeepIndependentDocuments() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    AppDocument* first = app.newDocument();
+    AppDocument* second = app.newDocument();
+    tool.printOutput(kOneEntry);
+    QVERIFY(TestApp::getLog(TestApp::controller(first)));
+    QCOMPARE(first->record().theJSONDictionaries.size(), size_t{1});
+    QVERIFY(second->record().theJSONDictionaries.empty());
+    QCOMPARE(viewText(TestApp::controller(second)), QString());
+    QCOMPARE(second->displayName(), std::string("Untitled"));
+    QCOMPARE(first->displayName(), std::string("Kavor_2026-11-20 09:59:40"));
+  }
+
+  void closingTheMainWindowClosesItsDocument() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    AppDocument* first = app.newDocument();
+    app.newDocument();
+    QVERIFY(first->windowControllers().front()->window()->close());
+    TestApp::settle();
+    QCOMPARE(app.context().documents().documents().size(), size_t{1});
+  }
+};
+
+KAVOR_APP_TEST(DocumentTest);
+
+#include "document_test.moc"

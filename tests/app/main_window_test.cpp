@@ -1,0 +1,335 @@
+// The main window end to end: Get Log through the log tool, alerts, restyling, the View menu,
+// font size, the base date's copy and paste, sources and the privileged collection.
+
+#include <QAction>
+#include <QClipboard>
+#include <QComboBox>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QProgressBar>
+#include <QTest>
+
+#include "app/document/app_document.h"
+#include "app/query/result_view.h"
+#include "app/query/view_controller.h"
+#include "app/shell/main_menu.h"
+#include "engine/shell/menu_texts.h"
+#include "tests/app/app_fixture.h"
+#include "tests/app/app_test_registry.h"
+#include "ui_document_window.h"
+
+using namespace kavor;
+using namespace kavor::app;
+using namespace kavor::app_testing;
+
+namespace {
+
+// Three entries: two log events (one with an error) and a signpost.
+constexpr std::string_view kThreeEntries = R"([
+{"timestamp" : "2026-11-20 09:59:50.000001+0000", "messageType" : "Default", "eventType" : "logEvent",
+ "subsystem" : "com.apple.xpc", "threadID" : 4711, "processID" : 85, "eventMessage" : "hello",
+ "category" : "main"},
+{"timestamp" : "2026-11-20 09:59:51.000002+0000", "messageType" : "Error", "eventType" : "logEvent",
+ "subsystem" : "com.example.disk", "threadID" : 12, "processID" : 7, "eventMessage" : "an error here"},
+{"timestamp" : "2026-11-20 09:59:52.000003+0000", "messageType" : "Default", "eventType" : "signpostEvent",
+ "subsystem" : "com.example.sign", "threadID" : 3, "processID" : 9, "eventMessage" : "sign"}
+])";
+
+QString label(const QLabel* label) {
+  return label->text();
+}
+
+void selectRow(QComboBox* box, int row) {
+  box->setCurrentIndex(row);
+  emit box->activated(row);
+}
+
+}  // namespace
+
+class MainWindowTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void getLogFromTheStandInSystem() {
+    TestApp app(standInRoot());
+    ViewController& view = TestApp::controller(app.newDocument());
+    QCOMPARE(view.window()->windowTitle(), QString("Kavor"));
+    QCOMPARE(label(view.ui().entryCount), QString("0 logs"));
+    QCOMPARE(label(view.ui().lineCount), QString("0 lines"));
+    QVERIFY(TestApp::getLog(view));
+
+    QVERIFY(app.alerts.shown.empty());
+    const auto expected = std::vector<std::string>{"show",
+                                                   "--style",
+                                                   "json",
+                                                   "--info",
+                                                   "--signpost",
+                                                   "--start",
+                                                   "2026-11-20 09:59:40",
+                                                   "--end",
+                                                   "2026-11-20 10:00:00"};
+    QVERIFY(view.theFullCmdStr() == expected);
+    QCOMPARE(view.window()->windowTitle(), QString("Kavor_2026-11-20 09:59:40"));
+    QCOMPARE(view.theNowStr(), std::string("2026-11-20 10:00:00"));
+    const AppDocument* document = view.document();
+    const size_t fetched = document->record().theJSONDictionaries.size();
+    QVERIFY(fetched > 100);
+    QCOMPARE(label(view.ui().entryCount), QString("(%1)").arg(fetched));
+    const QString text = viewText(view);
+    const auto lines = text.count('\n');
+    QVERIFY(lines > 100 && lines <= 1000);
+    QCOMPARE(label(view.ui().lineCount), QString::number(lines));
+    QCOMPARE(document->record().startDate, kTestNow - 20);
+    QCOMPARE(document->record().endDate, kTestNow);
+    QVERIFY(view.ui().progressSpinner->isHidden());
+  }
+
+  void failingToolAlertsAndKeepsTheResults() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    ViewController& view = TestApp::controller(app.newDocument());
+    tool.printOutput(kThreeEntries);
+    QVERIFY(TestApp::getLog(view));
+    const QString shown = viewText(view);
+    QCOMPARE(shown.count('\n'), 2);  // the signpost is not shown
+
+    tool.failWith(64, "log: bad predicate\n");
+    QVERIFY(TestApp::getLog(view));
+    QCOMPARE(app.alerts.shown.size(), size_t{1});
+    QCOMPARE(app.alerts.shown[0].message, std::string("An error occurred in your last action:"));
+    QCOMPARE(app.alerts.shown[0].informative,
+             std::string("log command returned error number 64\n\nlog: bad predicate"));
+    QCOMPARE(viewText(view), shown);
+    QCOMPARE(label(view.ui().entryCount), QString("(3)"));
+    QCOMPARE(view.document()->record().theJSONDictionaries.size(), size_t{3});
+    QVERIFY(view.ui().progressSpinner->isHidden());
+  }
+
+  void emptyArrayEmptiesTheViewAndUndecodableOutputKeepsIt() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    ViewController& view = TestApp::controller(app.newDocument());
+    tool.printOutput(kThreeEntries);
+    QVERIFY(TestApp::getLog(view));
+
+    tool.printOutput("[]");
+    QVERIFY(TestApp::getLog(view));
+    QCOMPARE(viewText(view), QString());
+    QCOMPARE(label(view.ui().lineCount), QString("0"));
+    QCOMPARE(label(view.ui().entryCount), QString("(0)"));
+    QCOMPARE(view.window()->windowTitle(), QString("Kavor_2026-11-20 09:59:40"));
+
+    tool.printOutput(kThreeEntries);
+    QVERIFY(TestApp::getLog(view));
+    const QString shown = viewText(view);
+    tool.printOutput("[{\"timestamp\" : ");  // cut short
+    QVERIFY(TestApp::getLog(view));
+    QVERIFY(view.document()->record().theJSONDictionaries.empty());
+    QCOMPARE(viewText(view), shown);
+    QVERIFY(app.alerts.shown.empty());
+  }
+
+  void displayChoicesRestyleWithoutRunningTheTool() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    ViewController& view = TestApp::controller(app.newDocument());
+    tool.printOutput(kThreeEntries);
+    QVERIFY(TestApp::getLog(view));
+    // Any further run would fail loudly.
+    tool.failWith(70, "ran again");
+
+    selectRow(view.ui().comboStyle, 1);  // "basic": "0h 5r 10"
+    TestApp::settle();
+    QCOMPARE(viewText(view).section('\n', 0, 0), QString("09:59:50.000001  hello "));
+
+    selectRow(view.ui().comboFilter, 1);  // "error"
+    TestApp::settle();
+    QCOMPARE(viewText(view).count('\n'), 1);
+    QVERIFY(viewText(view).contains("an error here"));
+    selectRow(view.ui().comboFilter, 0);
+    TestApp::settle();
+
+    view.setShowSignposts();
+    TestApp::settle();
+    QCOMPARE(viewText(view).count('\n'), 3);
+    view.setShowLogEntries();
+    TestApp::settle();
+    QCOMPARE(viewText(view), QString("09:59:52.000003  sign \n"));
+
+    // A typed filter that is a name of no row filters by its text.
+    QLineEdit* typed = view.ui().comboFilter->lineEdit();
+    view.setShowLogEntries();
+    typed->setText({});
+    QTest::keyClicks(typed, "hel");
+    QTest::keyClick(typed, Qt::Key_Return);
+    TestApp::settle();
+    QCOMPARE(view.settings().comboFilter.selectedIndex(), int64_t{-1});
+    QCOMPARE(viewText(view), QString("09:59:50.000001  hello \n"));
+
+    // Fetch switches wait for the next Get Log.
+    const QString before = viewText(view);
+    view.setFetchDebug();
+    TestApp::settle();
+    QCOMPARE(viewText(view), before);
+    QVERIFY(view.myViewMenu() != nullptr);
+    QVERIFY(MainMenu::itemTitled(view.myViewMenu(), kFetchDebugItem)->isChecked());
+    QVERIFY(app.alerts.shown.empty());
+  }
+
+  void conversionShowsTheEntriesAsCsv() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    ViewController& view = TestApp::controller(app.newDocument());
+    view.doConversion();  // nothing fetched: nothing changes
+    QCOMPARE(viewText(view), QString());
+    tool.printOutput(kThreeEntries);
+    QVERIFY(TestApp::getLog(view));
+    view.doConversion();
+    const QStringList lines = viewText(view).split('\n');
+    // Header, two log events (signposts are not shown), and the empty text after the last line.
+    QCOMPARE(lines.size(), 4);
+    QVERIFY(lines[0].startsWith("datestamp,timestamp,timecorr,machTimestamp,"));
+    QVERIFY(lines[1].startsWith(R"("2026-11-20","09:59:50.000001","+0000",)"));
+    QCOMPARE(label(view.ui().lineCount), QString("3"));
+  }
+
+  void fontSizeStopsAtItsBoundsAndIsStored() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    app.settings.setDouble("fontSize", 22);
+    ViewController& view = TestApp::controller(app.newDocument());
+    QCOMPARE(view.settings().theFontSize, 22.0);
+    for (double expected : {23.0, 24.0, 24.0}) {
+      view.incFontSize();
+      QCOMPARE(view.settings().theFontSize, expected);
+    }
+    QCOMPARE(app.settings.doubleValue("fontSize"), 24.0);
+    QCOMPARE(view.resultView().font().pointSizeF(), 24.0);
+
+    app.settings.setDouble("fontSize", 5);
+    ViewController& second = TestApp::controller(app.newDocument());
+    second.decFontSize();
+    second.decFontSize();
+    QCOMPARE(second.settings().theFontSize, 4.0);
+    QCOMPARE(app.settings.doubleValue("fontSize"), 4.0);
+
+    app.settings.setDouble("fontSize", 3.5);
+    QCOMPARE(TestApp::controller(app.newDocument()).settings().theFontSize, 12.0);
+  }
+
+  void baseDateCopiesAndPastesInThePasteboardForm() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    ViewController& view = TestApp::controller(app.newDocument());
+    QClipboard* clipboard = QGuiApplication::clipboard();
+    auto& picker = *view.ui().textBaseDate;
+
+    clipboard->setText("610024800");
+    view.paste();
+    QCOMPARE(picker.absoluteTime(), 610024800.0);
+    QCOMPARE(picker.dateTime().toUTC().toString(Qt::ISODate), QString("2020-05-01T11:20:00Z"));
+
+    for (const char* bad : {" 610024800", "610024800 x", "abc", "", "1e400"}) {
+      clipboard->setText(bad);
+      view.paste();
+      QCOMPARE(picker.absoluteTime(), 610024800.0);
+    }
+
+    picker.setAbsoluteTime(610024800.25);
+    picker.copy();
+    QCOMPARE(clipboard->text(), QString("610024800.25"));
+    // The shortcut in the picker copies the date, not the field's text.
+    picker.setAbsoluteTime(610024800);
+    picker.setFocus();
+    QTest::keySequence(&picker, QKeySequence::Copy);
+    QCOMPARE(clipboard->text(), QString("610024800.0"));
+
+    // What one window copies, another pastes.
+    ViewController& other = TestApp::controller(app.newDocument());
+    other.paste();
+    QCOMPARE(other.ui().textBaseDate->absoluteTime(), 610024800.0);
+  }
+
+  void signpostItemsAreHiddenBefore1013() {
+    FakeToolRoot tool("10.12.6");
+    TestApp app(tool.root());
+    app.settings.setBool("showSignposts", true);
+    app.settings.setBool("fetchSignposts", true);
+    ViewController& view = TestApp::controller(app.newDocument());
+    QCOMPARE(view.settings().osVersion, 12);
+    view.viewDidAppear();
+    QVERIFY(!view.settings().showSignposts && !view.settings().fetchSignposts);
+    for (std::string_view title : {kShowSignpostsItem, kFetchSignpostsItem}) {
+      const QAction* item = MainMenu::itemTitled(view.myViewMenu(), title);
+      QVERIFY(!item->isVisible());
+      QVERIFY(!item->isEnabled());
+    }
+    QVERIFY(TestApp::getLog(view));
+    const auto args = tool.lastArguments();
+    QVERIFY(std::find(args.begin(), args.end(), "--signpost") == args.end());
+  }
+
+  void periodTextIsReadClampedAndShared() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    ViewController& view = TestApp::controller(app.newDocument());
+    QLineEdit* field = view.ui().textTimePeriod;
+    field->setText("abc");
+    view.textSetPeriod();
+    QCOMPARE(view.settings().theTimePeriod, int64_t{-10});
+    QCOMPARE(field->text(), QString("abc"));
+    field->setText("5000");
+    view.textSetPeriod();
+    QCOMPARE(field->text(), QString("1000"));
+    QCOMPARE(view.ui().periodStep->value(), int64_t{1000});
+    view.ui().periodStep->stepBy(1);  // the stepper stops at its limit
+    QCOMPARE(field->text(), QString("1000"));
+    view.ui().periodStep->stepBy(-3);
+    QCOMPARE(view.settings().theTimePeriod, int64_t{997});
+    QCOMPARE(field->text(), QString("997"));
+  }
+
+  void chosenSourceGoesToTheToolWhole() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    ViewController& view = TestApp::controller(app.newDocument());
+    const std::string archive = "/tmp/it's a \"test\"/x.logarchive";
+    app.panels.openAnswers.push_back(std::filesystem::path(archive));
+    view.setLogarchiveSource();
+    QCOMPARE(view.window()->windowTitle(), QString::fromUtf8("\U0001F4D5 x.logarchive"));
+    QCOMPARE(view.ui().fileSourceIndicator->text(), QString::fromUtf8("\U0001F4D5"));
+    const OpenPanelRequest& asked = app.panels.openRequests.at(0);
+    QVERIFY(asked.canChooseDirectories && asked.treatsPackagesAsDirectories);
+
+    view.ui().comboPredicate->lineEdit()->setText({});
+    QTest::keyClicks(view.ui().comboPredicate->lineEdit(), "eventMessage CONTAINS \"a b\"");
+    QVERIFY(TestApp::getLog(view));
+    const auto args = tool.lastArguments();
+    QCOMPARE(args.at(1), std::string("--archive"));
+    QCOMPARE(args.at(2), archive);
+    QCOMPARE(args.at(3), std::string("--predicate"));
+    QCOMPARE(args.at(4), std::string("eventMessage CONTAINS \"a b\""));
+
+    // A cancelled panel keeps the source.
+    view.setLogarchiveSource();
+    QCOMPARE(view.source().theSourcePath, archive);
+  }
+
+  void collectionWritesAnArchiveWithTheStandInTool() {
+    TestApp app(standInRoot());
+    ViewController& view = TestApp::controller(app.newDocument());
+    TempFolder out;
+    const auto archive = out.path() / "with 'quote'.logarchive";
+    app.panels.saveAnswers.push_back(SaveChoice{archive, "com.apple.logarchive"});
+    view.cmdMakeLog();
+    QCOMPARE(app.panels.saveRequests.at(0).types.at(0).extension, std::string("logarchive"));
+    QVERIFY(std::filesystem::exists(archive / "Info.plist"));
+    QVERIFY(app.alerts.shown.empty());
+  }
+};
+
+KAVOR_APP_TEST(MainWindowTest);
+
+#include "main_window_test.moc"

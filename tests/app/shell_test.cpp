@@ -1,0 +1,112 @@
+// The application shell: the launch sequence, the chart switch, the shared menus, and the main
+// window that refreshes them when it becomes active.
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QMenu>
+#include <QTest>
+
+#include "app/document/app_document.h"
+#include "app/query/view_controller.h"
+#include "app/shell/app_delegate.h"
+#include "app/shell/main_menu.h"
+#include "app/shell/window_controller.h"
+#include "engine/shell/menu_texts.h"
+#include "tests/app/app_fixture.h"
+#include "tests/app/app_test_registry.h"
+
+using namespace kavor;
+using namespace kavor::app;
+using namespace kavor::app_testing;
+
+namespace {
+
+QAction* item(TestApp& app, std::string_view menu, std::string_view title) {
+  return MainMenu::itemTitled(app.context().menu().menuTitled(menu), title);
+}
+
+void activate(AppDocument* document) {
+  QEvent event(QEvent::WindowActivate);
+  QCoreApplication::sendEvent(document->windowControllers().front()->window(), &event);
+}
+
+}  // namespace
+
+class ShellTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void launchReadsTheChartSwitchAndSetsTheWindowsMenu() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    app.settings.setBool("dontShowGraphView", true);
+    QAction* openChart = item(app, kWindowsMenuTitle, kOpenChartItem);
+    openChart->setVisible(true);
+    openChart->setEnabled(true);
+    app.context().delegate().applicationDidFinishLaunching();
+    QVERIFY(app.context().delegate().dontShowGraphView);
+    QVERIFY(!openChart->isVisible() && !openChart->isEnabled());
+    QAction* tool_ = item(app, kWindowsMenuTitle, kLogarchiveToolItem);
+    QVERIFY(tool_->isVisible() && tool_->isEnabled());
+    // The check mark is left as the interface made it.
+    QVERIFY(item(app, kApplicationMenuTitle, kEnableChartViewItem)->isChecked());
+  }
+
+  void chartSwitchTwiceRestoresValueAndMark() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    AppDelegate& delegate = app.context().delegate();
+    QAction* mark = item(app, kApplicationMenuTitle, kEnableChartViewItem);
+    mark->trigger();
+    QVERIFY(delegate.dontShowGraphView && app.settings.boolValue("dontShowGraphView"));
+    QVERIFY(!mark->isChecked());
+    mark->trigger();
+    QVERIFY(!delegate.dontShowGraphView && !app.settings.boolValue("dontShowGraphView"));
+    QVERIFY(mark->isChecked());
+  }
+
+  void activeMainWindowWritesItsSwitchesIntoTheViewMenu() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    AppDocument* first = app.newDocument();
+    AppDocument* second = app.newDocument();
+    ViewController& one = TestApp::controller(first);
+    ViewController& two = TestApp::controller(second);
+    two.setLimit();
+    QAction* limit = item(app, kViewMenuTitle, kLimitEntriesItem);
+    QVERIFY(!limit->isChecked());
+    activate(first);
+    QVERIFY(one.settings().limitEntries && limit->isChecked());
+    activate(second);
+    QVERIFY(!limit->isChecked());
+    // A menu command reaches the window last active.
+    item(app, kViewMenuTitle, kShowActivitiesItem)->trigger();
+    QVERIFY(two.settings().showActivities && !one.settings().showActivities);
+  }
+
+  void newDocumentHidesOpenChart() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    QAction* openChart = item(app, kWindowsMenuTitle, kOpenChartItem);
+    openChart->setVisible(true);
+    openChart->setEnabled(true);
+    app.newDocument();
+    QVERIFY(!openChart->isVisible() && !openChart->isEnabled());
+  }
+
+  void customListsChangedReloadsEveryWindow() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    ViewController& view = TestApp::controller(app.newDocument());
+    QCOMPARE(view.settings().specFiltList.size(), size_t{10});
+    app.settings.setNamedList("specFiltList", {{"none", ""}, {"mine", "x"}});
+    app.settings.setInteger("logLimit", 100);
+    app.settings.notifications().post("Customs-Changed");
+    QCOMPARE(view.settings().specFiltList.size(), size_t{2});
+    QCOMPARE(view.settings().theLogCap, int64_t{100});
+  }
+};
+
+KAVOR_APP_TEST(ShellTest);
+
+#include "shell_test.moc"
