@@ -52,8 +52,8 @@ void copyToClipboard(AppContext&) {
     picker->copy();
     return;
   }
-  // Text fields and the result view copy their selection.
-  QMetaObject::invokeMethod(focus, "copy");
+  // Text fields and the result view copy their selection; other controls have nothing to copy.
+  if (focus->metaObject()->indexOfMethod("copy()") >= 0) QMetaObject::invokeMethod(focus, "copy");
 }
 
 void pasteFromClipboard(AppContext& app) {
