@@ -83,13 +83,13 @@ void FetchFromChild(benchmark::State& state) {
       break;
     }
     auto document = std::make_unique<Document>(clock);
-    document->theJSONDictionaries = std::move(*out.entries);
+    document->theJSONDictionaries = std::make_shared<const EntryList>(std::move(*out.entries));
     document->startDate = kSyntheticStart;
     document->endDate = kSyntheticEnd;
     const uint64_t collection = beginChartCollection(*document);
-    indexSubsystems(*document, collectChartEntries(document->theJSONDictionaries,
+    indexSubsystems(*document, collectChartEntries(*document->theJSONDictionaries,
                                                    document->startDate, collection));
-    entries = document->theJSONDictionaries.size();
+    entries = document->theJSONDictionaries->size();
     benchmark::DoNotOptimize(document->logBarValue.data());
     state.PauseTiming();  // freeing the document is not part of the fetch
     document.reset();

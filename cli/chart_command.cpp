@@ -79,8 +79,8 @@ int runChart(const Arguments& args) {
 
   auto list = decodeInput(args);
   if (!list) return failed(list.error().message());
-  doc.theJSONDictionaries = std::move(*list);
-  indexSubsystems(doc, collectChartEntries(doc.theJSONDictionaries, doc.startDate));
+  doc.theJSONDictionaries = std::make_shared<const EntryList>(std::move(*list));
+  indexSubsystems(doc, collectChartEntries(*doc.theJSONDictionaries, doc.startDate));
 
   std::string out;
   if (listing) {

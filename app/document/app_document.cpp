@@ -11,6 +11,7 @@
 #include "app/shell/main_menu.h"
 #include "app/shell/window_controller.h"
 #include "app/shell/window_registry.h"
+#include "engine/document/chart_data.h"
 #include "engine/document/document_errors.h"
 #include "engine/document/document_saving.h"
 #include "engine/document/rtf_writer.h"
@@ -130,6 +131,36 @@ void AppDocument::close() {
   for (const auto& controller : controllers_)
     controller->window()->hide();
   emit closed(this);
+}
+
+void AppDocument::openGraphView() {
+  auto controller = instantiateWindowController(kGraphWindowControllerId, app_);
+  WindowController* made = controller.get();
+  addWindowController(std::move(controller));
+  made->showWindow();
+}
+
+void AppDocument::computeChartData() {
+  const uint64_t collection = beginChartCollection(record_);
+  record_.processingQueue->addOperation(
+      [this, entries = record_.theJSONDictionaries, start = record_.startDate, collection] {
+        // On the document's processingQueue: reads only the list it holds.
+        auto collected =
+            std::make_shared<ChartEntries>(collectChartEntries(*entries, start, collection));
+        QMetaObject::invokeMethod(
+            this,
+            [this, collected] {
+              // A newer fetch's collection has begun: its result is the one to show.
+              if (!indexSubsystems(record_, std::move(*collected))) return;
+              const QMenu* windows = app_.menu().menuTitled(kWindowsMenuTitle);
+              if (QAction* openChart = MainMenu::itemTitled(windows, kOpenChartItem)) {
+                openChart->setVisible(true);
+                openChart->setEnabled(true);
+              }
+              emit chartDataReady();
+            },
+            Qt::QueuedConnection);
+      });
 }
 
 void AppDocument::windowWillClose(WindowController* controller) {

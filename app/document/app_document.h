@@ -58,9 +58,16 @@ class AppDocument final : public QObject {
   // Closes every window of the document, then the document.
   void close();
 
+  // Windows > Open Chart: a further chart window of this document, closed with it.
+  void openGraphView();
+  // After a fetch: the entries are read on the document's queue, then indexed and binned on the
+  // main thread, and "Open Chart" is shown.
+  void computeChartData();
+
  signals:
   void closed(kavor::app::AppDocument* document);
   void activated(kavor::app::AppDocument* document);
+  void chartDataReady();
 
  private:
   void windowWillClose(WindowController* controller);

@@ -112,13 +112,15 @@ void ViewController::completeLogShow(LogShowOutput&& output,
     window()->setWindowTitle(qstring(done.displayName));
     showStyled(done.styled);
   }
+  if (done.queueChart) owner->computeChartData();
   stopSpinner();
   emit logShowCompleted();
 }
 
 StylerInput ViewController::stylerInput(std::string& styleText) const {
   StylerInput input;
-  if (const AppDocument* owner = document()) input.entries = &owner->record().theJSONDictionaries;
+  if (const AppDocument* owner = document())
+    input.entries = owner->record().theJSONDictionaries.get();
   styleText = selectedListText(settings_.comboStyle, settings_.specStyleList);
   input.styleText = styleText;
   input.filter = filterChoiceFromBox(settings_.comboFilter, settings_.specFiltList);
@@ -141,7 +143,7 @@ void ViewController::showLineCount() {
 
 void ViewController::refreshResults() {
   const AppDocument* owner = document();
-  if (!owner || owner->record().theJSONDictionaries.empty()) return;
+  if (!owner || owner->record().theJSONDictionaries->empty()) return;
   startSpinner();
   // Queued, so the spinner shows before the styling starts.
   QMetaObject::invokeMethod(
@@ -168,7 +170,7 @@ void ViewController::doConversion() {
   const AppDocument* owner = document();
   if (!owner) return;
   auto csv =
-      convertToCsv(owner->record().theJSONDictionaries, settings_.osVersion,
+      convertToCsv(*owner->record().theJSONDictionaries, settings_.osVersion,
                    {settings_.showLogEntries, settings_.showSignposts, settings_.showActivities});
   if (!csv) return;
   resultView().setStyledText({std::move(*csv), {}});

@@ -7,11 +7,13 @@
 
 #include "app/document/app_document.h"
 #include "app/document/document_controller.h"
+#include "app/document/graph_view_controller.h"
 #include "app/query/copiable_date_picker.h"
 #include "app/query/view_controller.h"
 #include "app/shell/app_context.h"
 #include "app/shell/app_delegate.h"
 #include "app/shell/main_menu.h"
+#include "app/shell/window_controller.h"
 
 namespace kavor::app {
 
@@ -47,13 +49,20 @@ bool isEditableText(const QWidget* widget) {
 
 void copyToClipboard(AppContext&) {
   QWidget* focus = QApplication::focusWidget();
-  if (!focus) return;
   if (auto* picker = qobject_cast<CopiableDatePicker*>(focus)) {
     picker->copy();
     return;
   }
-  // Text fields and the result view copy their selection; other controls have nothing to copy.
-  if (focus->metaObject()->indexOfMethod("copy()") >= 0) QMetaObject::invokeMethod(focus, "copy");
+  // Text fields and the result view copy their selection.
+  if (focus && focus->metaObject()->indexOfMethod("copy()") >= 0) {
+    QMetaObject::invokeMethod(focus, "copy");
+    return;
+  }
+  // A chart window copies its chosen date.
+  if (const auto* window = qobject_cast<ControllerWindow*>(QApplication::activeWindow()))
+    if (const WindowController* controller = window->windowController())
+      if (auto* chart = qobject_cast<GraphViewController*>(controller->contentViewController()))
+        chart->copy();
 }
 
 void pasteFromClipboard(AppContext& app) {
@@ -78,6 +87,7 @@ void connectMenuActions(AppContext& app) {
   });
   forDocument(app, C::save, &AppDocument::saveDocument);
   forDocument(app, C::saveAs, &AppDocument::saveDocumentAs);
+  forDocument(app, C::openChart, &AppDocument::openGraphView);
   onTriggered(app, C::copy, [&app] { copyToClipboard(app); });
   onTriggered(app, C::paste, [&app] { pasteFromClipboard(app); });
 

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/document/graph_view_controller.h"
 #include "app/query/view_controller.h"
 #include "app/shell/app_context.h"
 #include "app/shell/kv_main_window.h"
@@ -26,11 +27,19 @@ std::unique_ptr<WindowController> makeDocumentWindowController(AppContext& app) 
   return controller;
 }
 
+std::unique_ptr<WindowController> makeGraphWindowController(AppContext& app) {
+  auto window = std::make_unique<ControllerWindow>();
+  app.menu().attachTo(window->menuBar());
+  window->resize(900, 420);
+  return std::make_unique<WindowController>(std::move(window), new GraphViewController(app));
+}
+
 using Factory = std::function<std::unique_ptr<WindowController>(AppContext&)>;
 
 const std::vector<std::pair<std::string_view, Factory>>& factories() {
   static const std::vector<std::pair<std::string_view, Factory>> all = {
       {kDocumentWindowControllerId, makeDocumentWindowController},
+      {kGraphWindowControllerId, makeGraphWindowController},
   };
   return all;
 }

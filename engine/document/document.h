@@ -28,7 +28,9 @@ class Document {
   static constexpr bool autosavesInPlace() { return false; }
 
   // Fetch data, written on the main thread (the time window before a fetch, the entries after).
-  EntryList theJSONDictionaries;
+  // The entries are shared, so that a chart collection still reading a list keeps it alive when
+  // a newer fetch replaces it.
+  std::shared_ptr<const EntryList> theJSONDictionaries = std::make_shared<const EntryList>();
   double startDate = 0;  // absolute time, seconds since 2001
   double endDate = 0;
 

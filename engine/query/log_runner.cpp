@@ -61,18 +61,18 @@ LogShowCompletion completeLogShow(LogShowOutput&& output, Document& document, St
   }
   done.theNowStr = context.formatter.format(context.now);
   if (!output.entries) {
-    document.theJSONDictionaries = EntryList();
+    document.theJSONDictionaries = std::make_shared<const EntryList>();
     return done;
   }
-  document.theJSONDictionaries = std::move(*output.entries);
+  document.theJSONDictionaries = std::make_shared<const EntryList>(std::move(*output.entries));
   document.displayName =
       std::string(kDocumentNamePrefix) + context.formatter.format(context.startDate);
   done.redraw = true;
   done.displayName = document.displayName;
-  style.entries = &document.theJSONDictionaries;
+  style.entries = document.theJSONDictionaries.get();
   done.styled = styleEntries(style);
   done.lineCount = paragraphCount(done.styled.text.text);
-  done.queueChart = !context.dontShowGraphView && !document.theJSONDictionaries.empty();
+  done.queueChart = !context.dontShowGraphView && !document.theJSONDictionaries->empty();
   return done;
 }
 

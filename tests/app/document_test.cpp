@@ -42,7 +42,7 @@ class DocumentTest : public QObject {
     QCOMPARE(record.theNoBins, int64_t{50});
     QCOMPARE(record.startDate, kTestNow);
     QCOMPARE(record.endDate, kTestNow);
-    QVERIFY(record.theJSONDictionaries.empty() && record.logBarValue.empty());
+    QVERIFY(record.theJSONDictionaries->empty() && record.logBarValue.empty());
     QCOMPARE(document->displayName(), std::string("Untitled"));
     QCOMPARE(document->windowControllers().size(), size_t{1});
   }
@@ -129,8 +129,8 @@ class DocumentTest : public QObject {
     AppDocument* second = app.newDocument();
     tool.printOutput(kOneEntry);
     QVERIFY(TestApp::getLog(TestApp::controller(first)));
-    QCOMPARE(first->record().theJSONDictionaries.size(), size_t{1});
-    QVERIFY(second->record().theJSONDictionaries.empty());
+    QCOMPARE(first->record().theJSONDictionaries->size(), size_t{1});
+    QVERIFY(second->record().theJSONDictionaries->empty());
     QCOMPARE(viewText(TestApp::controller(second)), QString());
     QCOMPARE(second->displayName(), std::string("Untitled"));
     QCOMPARE(first->displayName(), std::string("Kavor_2026-11-20 09:59:40"));

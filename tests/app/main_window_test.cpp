@@ -74,7 +74,7 @@ class MainWindowTest : public QObject {
     QCOMPARE(view.window()->windowTitle(), QString("Kavor_2026-11-20 09:59:40"));
     QCOMPARE(view.theNowStr(), std::string("2026-11-20 10:00:00"));
     const AppDocument* document = view.document();
-    const size_t fetched = document->record().theJSONDictionaries.size();
+    const size_t fetched = document->record().theJSONDictionaries->size();
     QVERIFY(fetched > 100);
     QCOMPARE(label(view.ui().entryCount), QString("(%1)").arg(fetched));
     const QString text = viewText(view);
@@ -103,7 +103,7 @@ class MainWindowTest : public QObject {
              std::string("log command returned error number 64\n\nlog: bad predicate"));
     QCOMPARE(viewText(view), shown);
     QCOMPARE(label(view.ui().entryCount), QString("(3)"));
-    QCOMPARE(view.document()->record().theJSONDictionaries.size(), size_t{3});
+    QCOMPARE(view.document()->record().theJSONDictionaries->size(), size_t{3});
     QVERIFY(view.ui().progressSpinner->isHidden());
   }
 
@@ -126,7 +126,7 @@ class MainWindowTest : public QObject {
     const QString shown = viewText(view);
     tool.printOutput("[{\"timestamp\" : ");  // cut short
     QVERIFY(TestApp::getLog(view));
-    QVERIFY(view.document()->record().theJSONDictionaries.empty());
+    QVERIFY(view.document()->record().theJSONDictionaries->empty());
     QCOMPARE(viewText(view), shown);
     QVERIFY(app.alerts.shown.empty());
   }

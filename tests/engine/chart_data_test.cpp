@@ -40,10 +40,10 @@ struct ChartDocument {
     doc.endDate = end;
   }
   bool collect(std::string_view json) {
-    doc.theJSONDictionaries = decode(json);
+    doc.theJSONDictionaries = std::make_shared<const EntryList>(decode(json));
     const uint64_t collection = beginChartCollection(doc);
     return indexSubsystems(
-        doc, collectChartEntries(doc.theJSONDictionaries, doc.startDate, collection), "UTC");
+        doc, collectChartEntries(*doc.theJSONDictionaries, doc.startDate, collection), "UTC");
   }
 };
 

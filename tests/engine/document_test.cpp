@@ -8,7 +8,7 @@ namespace {
 TEST(Document, NewDocumentValues) {
   FixedClock clock(610024800.25);
   Document doc(clock);
-  EXPECT_TRUE(doc.theJSONDictionaries.empty());
+  EXPECT_TRUE(doc.theJSONDictionaries->empty());
   EXPECT_EQ(doc.startDate, 610024800.25);
   EXPECT_EQ(doc.endDate, 610024800.25);
   EXPECT_TRUE(doc.logTimes.empty() && doc.logSubsys.empty() && doc.logSSystTypes.empty());

@@ -39,7 +39,7 @@ class LogRunner : public ::testing::Test {
   void fetchedBefore() {
     const auto ok = tool("one", "echo '[{\"eventMessage\" : \"before\"}]'");
     ASSERT_TRUE(complete(runLogShow(ok, {})).redraw);
-    ASSERT_EQ(document_.theJSONDictionaries.size(), 1u);
+    ASSERT_EQ(document_.theJSONDictionaries->size(), 1u);
   }
 
   TempFolder folder_;
@@ -55,13 +55,13 @@ TEST_F(LogRunner, AFailingToolGivesTheAlertAndChangesNothing) {
   EXPECT_EQ(done.alertText, "log command returned error number 64\n\nlog: bad predicate");
   EXPECT_FALSE(done.redraw);
   EXPECT_EQ(done.theNowStr, "");
-  EXPECT_EQ(document_.theJSONDictionaries.size(), 1u);
+  EXPECT_EQ(document_.theJSONDictionaries->size(), 1u);
 
   const LogShowCompletion missing = complete(runLogShow(folder_ / "no-such-log", {}));
   ASSERT_TRUE(missing.alertText.has_value());
   EXPECT_TRUE(missing.alertText->starts_with("log command could not be started: "));
   EXPECT_NE(missing.alertText->find("No such file or directory"), std::string::npos);
-  EXPECT_EQ(document_.theJSONDictionaries.size(), 1u);
+  EXPECT_EQ(document_.theJSONDictionaries->size(), 1u);
 }
 
 TEST_F(LogRunner, OutputThatDoesNotDecodeEmptiesTheEntriesOnly) {
@@ -72,7 +72,7 @@ TEST_F(LogRunner, OutputThatDoesNotDecodeEmptiesTheEntriesOnly) {
     EXPECT_FALSE(done.alertText.has_value());
     EXPECT_EQ(done.theNowStr, "2020-05-01 09:40:05");
     EXPECT_FALSE(done.redraw) << body;
-    EXPECT_TRUE(document_.theJSONDictionaries.empty());
+    EXPECT_TRUE(document_.theJSONDictionaries->empty());
     EXPECT_EQ(document_.displayName, "kept");
     fetchedBefore();
   }
@@ -105,8 +105,8 @@ TEST_F(LogRunner, ArgumentsReachTheToolUnchanged) {
   const std::vector<std::string> args = {"--predicate", "eventMessage CONTAINS[c] 'it''s'",
                                          "/path/with space/x.logarchive"};
   complete(runLogShow(echoing, args));
-  ASSERT_EQ(document_.theJSONDictionaries.size(), 1u);
-  EXPECT_EQ(document_.theJSONDictionaries.value(0, EntryKey::eventMessage).text(),
+  ASSERT_EQ(document_.theJSONDictionaries->size(), 1u);
+  EXPECT_EQ(document_.theJSONDictionaries->value(0, EntryKey::eventMessage).text(),
             "--predicate|eventMessage CONTAINS[c] 'it''s'|/path/with space/x.logarchive");
 }
 
@@ -121,7 +121,7 @@ TEST_F(LogRunner, FourRunsAtOnceEachDeliverTheirOwn) {
       mainLoop.post([&, out] {
         complete(std::move(*out));
         delivered.emplace_back(
-            document_.theJSONDictionaries.value(0, EntryKey::eventMessage).text());
+            document_.theJSONDictionaries->value(0, EntryKey::eventMessage).text());
       });
     });
   }
