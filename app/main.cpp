@@ -17,7 +17,6 @@
 int main(int argc, char* argv[]) {
   QApplication application(argc, argv);
   QApplication::setApplicationName(QString::fromUtf8(kavor::kApplicationName.data()));
-  QApplication::setApplicationDisplayName(QString::fromUtf8(kavor::kApplicationName.data()));
   // The menus are shared by all windows: closing the last window leaves nothing to reach them.
   QApplication::setQuitOnLastWindowClosed(true);
 

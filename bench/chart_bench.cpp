@@ -30,15 +30,23 @@ void BinChart(benchmark::State& state) {
   Document doc(clock);
   doc.endDate = kEnd;
   indexSubsystems(doc, collectChartEntries(list, kStart));
+  // The most bins a click can ask for, for all entries or for one subsystem.
+  doc.theNoBins = state.range(1);
+  const int64_t selection = state.range(2);
   for (auto _ : state) {
-    binChartData(doc, 0);
+    binChartData(doc, selection);
     benchmark::DoNotOptimize(doc.logBarValue.data());
   }
   state.counters["firstBin"] = static_cast<double>(doc.logBarValue.front());
 }
 
 BENCHMARK(CollectChart)->Arg(1000000)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(BinChart)->Arg(1000000)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(BinChart)
+    ->Args({1000000, 50, 0})
+    ->Args({1000000, 191, 0})
+    ->Args({1000000, 191, 1})
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
 
 const bool registered = [] {
   compareWithFloor("CollectChart", "ReadPipeToMemory/1000000");

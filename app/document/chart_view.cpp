@@ -2,6 +2,7 @@
 
 #include <QClipboard>
 #include <QDateTime>
+#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QHelpEvent>
 #include <QMouseEvent>
@@ -21,8 +22,13 @@ namespace {
 
 const QColor kBaseLineColour(170, 170, 170);
 const QColor kBarColour(0, 0, 255);
-// Text with no font of its own is drawn in the default font at 12 points.
-constexpr int kTopLinePointSize = 12;
+// Text with no font of its own is drawn in the default font at 12 points. The chart's geometry
+// counts in the points of a 72-dpi screen, which are pixels here, so the text is sized in pixels
+// too; a default font wider than the one the layout was made for steps down until the date fits
+// the room it is given at the right edge.
+constexpr int kTopLinePixelSize = 12;
+constexpr int kSmallestTopLinePixelSize = 9;
+constexpr double kTopLineRoom = 178;
 
 }  // namespace
 
@@ -69,7 +75,10 @@ void ChartView::paintEvent(QPaintEvent*) {
   }
   if (topLineText_.isEmpty()) return;
   QFont font = painter.font();
-  font.setPointSize(kTopLinePointSize);
+  for (int size = kTopLinePixelSize; size >= kSmallestTopLinePixelSize; --size) {
+    font.setPixelSize(size);
+    if (QFontMetricsF(font).horizontalAdvance(topLineText_) <= kTopLineRoom) break;
+  }
   painter.setFont(font);
   painter.setPen(palette().color(QPalette::WindowText));
   // The point is the text's lower left; Qt draws from the baseline.
