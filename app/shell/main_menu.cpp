@@ -15,7 +15,7 @@ QString qstring(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-struct ItemSpec {
+struct ItemLayout {
   MenuCommand command;
   std::string_view title;
   QList<QKeySequence> shortcuts;
@@ -24,12 +24,12 @@ struct ItemSpec {
   bool separatorBefore = false;
 };
 
-struct MenuSpec {
+struct MenuLayout {
   std::string_view title;
-  std::vector<ItemSpec> items;
+  std::vector<ItemLayout> items;
 };
 
-std::vector<MenuSpec> menuSpecs() {
+std::vector<MenuLayout> menuLayouts() {
   using C = MenuCommand;
   using K = QKeySequence;
   return {
@@ -89,9 +89,9 @@ std::vector<MenuSpec> menuSpecs() {
 }  // namespace
 
 MainMenu::MainMenu() {
-  for (const MenuSpec& spec : menuSpecs()) {
-    auto menu = std::make_unique<QMenu>(qstring(spec.title));
-    for (const ItemSpec& item : spec.items) {
+  for (const MenuLayout& layout : menuLayouts()) {
+    auto menu = std::make_unique<QMenu>(qstring(layout.title));
+    for (const ItemLayout& item : layout.items) {
       if (item.separatorBefore) menu->addSeparator();
       QAction* action = menu->addAction(qstring(item.title));
       action->setShortcuts(item.shortcuts);
