@@ -8,6 +8,7 @@
 #include "app/shell/app_context.h"
 #include "app/shell/app_delegate.h"
 #include "app/shell/file_panels.h"
+#include "app/shell/qt_text.h"
 #include "engine/shell/menu_texts.h"
 #include "platform/clock.h"
 #include "platform/demo_root.h"
@@ -16,7 +17,7 @@
 
 int main(int argc, char* argv[]) {
   QApplication application(argc, argv);
-  QApplication::setApplicationName(QString::fromUtf8(kavor::kApplicationName.data()));
+  QApplication::setApplicationName(kavor::app::qstring(kavor::kApplicationName));
   // The menus are shared by all windows: closing the last window leaves nothing to reach them.
   QApplication::setQuitOnLastWindowClosed(true);
 

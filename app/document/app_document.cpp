@@ -1,8 +1,5 @@
 #include "app/document/app_document.h"
 
-#include <QAction>
-#include <QMenu>
-
 #include "app/query/result_view.h"
 #include "app/query/view_controller.h"
 #include "app/shell/alerts.h"
@@ -42,11 +39,7 @@ AppDocument::~AppDocument() = default;
 void AppDocument::makeWindowControllers() {
   addWindowController(instantiateWindowController(kDocumentWindowControllerId, app_));
   // Another document's chart is not this one's: the item returns when a chart is next ready.
-  const QMenu* windows = app_.menu().menuTitled(kWindowsMenuTitle);
-  if (QAction* openChart = MainMenu::itemTitled(windows, kOpenChartItem)) {
-    openChart->setVisible(false);
-    openChart->setEnabled(false);
-  }
+  app_.menu().showItem(kWindowsMenuTitle, kOpenChartItem, false);
 }
 
 void AppDocument::addWindowController(std::unique_ptr<WindowController> controller) {
@@ -152,11 +145,7 @@ void AppDocument::computeChartData() {
             [this, collected] {
               // A newer fetch's collection has begun: its result is the one to show.
               if (!indexSubsystems(record_, std::move(*collected))) return;
-              const QMenu* windows = app_.menu().menuTitled(kWindowsMenuTitle);
-              if (QAction* openChart = MainMenu::itemTitled(windows, kOpenChartItem)) {
-                openChart->setVisible(true);
-                openChart->setEnabled(true);
-              }
+              app_.menu().showItem(kWindowsMenuTitle, kOpenChartItem, true);
               emit chartDataReady();
             },
             Qt::QueuedConnection);

@@ -39,9 +39,9 @@ ChartView::ChartView(QWidget* parent) : QWidget(parent) {
 }
 
 GraphViewController* ChartView::graphController() const {
-  const auto* window = qobject_cast<const ControllerWindow*>(this->window());
-  if (!window || !window->windowController()) return nullptr;
-  return qobject_cast<GraphViewController*>(window->windowController()->contentViewController());
+  const WindowController* controller = windowControllerOf(this);
+  return controller ? qobject_cast<GraphViewController*>(controller->contentViewController())
+                    : nullptr;
 }
 
 void ChartView::paintEvent(QPaintEvent*) {

@@ -40,9 +40,8 @@ void DocumentController::openDocument() {
 }
 
 AppDocument* DocumentController::frontDocument() const {
-  if (const auto* window = qobject_cast<ControllerWindow*>(QApplication::activeWindow()))
-    if (const WindowController* controller = window->windowController())
-      if (controller->document()) return controller->document();
+  if (const WindowController* controller = windowControllerOf(QApplication::activeWindow()))
+    if (controller->document()) return controller->document();
   if (lastActive_) return lastActive_;
   return documents_.empty() ? nullptr : documents_.back().get();
 }

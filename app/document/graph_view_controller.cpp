@@ -12,6 +12,7 @@
 #include "app/document/chart_view.h"
 #include "app/shell/app_context.h"
 #include "app/shell/file_panels.h"
+#include "app/shell/qt_text.h"
 #include "app/shell/window_controller.h"
 #include "engine/core/pasteboard_date.h"
 #include "engine/document/chart_data.h"
@@ -31,9 +32,8 @@ GraphViewController::GraphViewController(AppContext& app, QWidget* parent)
 GraphViewController::~GraphViewController() = default;
 
 AppDocument* GraphViewController::document() const {
-  const auto* window = qobject_cast<const ControllerWindow*>(this->window());
-  if (!window || !window->windowController()) return nullptr;
-  return window->windowController()->document();
+  const WindowController* controller = windowControllerOf(this);
+  return controller ? controller->document() : nullptr;
 }
 
 ChartView& GraphViewController::chartView() const {
@@ -56,8 +56,7 @@ void GraphViewController::viewDidAppear() {
   window()->setWindowTitle(QString::fromStdString(allSubsystemsWindowTitle(owner->displayName())));
   if (record.popSSystTypes.empty()) return;
   ui_->susystPopup->clear();
-  ui_->susystPopup->addItem(QString::fromUtf8(kAllSubsystemsTitle.data(),
-                                              static_cast<qsizetype>(kAllSubsystemsTitle.size())));
+  ui_->susystPopup->addItem(qstring(kAllSubsystemsTitle));
   for (const std::string& name : record.popSSystTypes)
     ui_->susystPopup->addItem(QString::fromStdString(name));
   ui_->susystPopup->setCurrentIndex(0);

@@ -5,6 +5,7 @@
 #include <QTextCursor>
 #include <algorithm>
 
+#include "app/shell/qt_text.h"
 #include "engine/core/text_colours.h"
 
 namespace kavor::app {
@@ -88,15 +89,14 @@ void ResultView::setStyledText(StyledText text) {
   storage_ = std::move(text);
   fontedLength_ = storage_.text.size();
   mapRuns();
-  setPlainText(
-      QString::fromUtf8(storage_.text.data(), static_cast<qsizetype>(storage_.text.size())));
+  setPlainText(qstring(storage_.text));
 }
 
 void ResultView::appendUnfontedText(std::string_view text) {
   storage_.text += text;
   QTextCursor cursor(document());
   cursor.movePosition(QTextCursor::End);
-  cursor.insertText(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+  cursor.insertText(qstring(text));
 }
 
 void ResultView::applyFont(const QFont& font) {

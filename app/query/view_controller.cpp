@@ -16,6 +16,7 @@
 #include "app/shell/app_context.h"
 #include "app/shell/file_panels.h"
 #include "app/shell/main_menu.h"
+#include "app/shell/qt_text.h"
 #include "app/shell/window_controller.h"
 #include "engine/core/pasteboard_date.h"
 #include "engine/query/log_collection.h"
@@ -32,10 +33,6 @@ namespace {
 constexpr double kLargestFontSize = 24.0;
 constexpr std::string_view kNoEntriesText = "0 logs";
 constexpr std::string_view kNoLinesText = "0 lines";
-
-QString qstring(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 }  // namespace
 
@@ -59,9 +56,8 @@ ResultView& ViewController::resultView() const {
 }
 
 AppDocument* ViewController::document() const {
-  const auto* window = qobject_cast<const ControllerWindow*>(this->window());
-  if (!window || !window->windowController()) return nullptr;
-  return window->windowController()->document();
+  const WindowController* controller = windowControllerOf(this);
+  return controller ? controller->document() : nullptr;
 }
 
 void ViewController::connectControls() {

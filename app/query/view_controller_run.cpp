@@ -11,6 +11,7 @@
 #include "app/shell/app_context.h"
 #include "app/shell/app_delegate.h"
 #include "app/shell/file_panels.h"
+#include "app/shell/qt_text.h"
 #include "engine/query/csv_conversion.h"
 #include "engine/query/named_lists.h"
 #include "ui_document_window.h"
@@ -20,10 +21,6 @@ namespace kavor::app {
 namespace {
 
 constexpr std::string_view kSourceIndicator = "\U0001F4D5";
-
-QString qstring(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 }  // namespace
 

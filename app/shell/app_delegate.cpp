@@ -14,15 +14,8 @@ AppDelegate::AppDelegate(AppContext& app) : app_(app) {}
 
 void AppDelegate::applicationDidFinishLaunching() {
   dontShowGraphView = app_.settings().boolValue(kDontShowGraphViewKey);
-  const QMenu* windows = app_.menu().menuTitled(kWindowsMenuTitle);
-  if (QAction* openChart = MainMenu::itemTitled(windows, kOpenChartItem)) {
-    openChart->setVisible(false);
-    openChart->setEnabled(false);
-  }
-  if (QAction* tool = MainMenu::itemTitled(windows, kLogarchiveToolItem)) {
-    tool->setVisible(true);
-    tool->setEnabled(true);
-  }
+  app_.menu().showItem(kWindowsMenuTitle, kOpenChartItem, false);
+  app_.menu().showItem(kWindowsMenuTitle, kLogarchiveToolItem, true);
 }
 
 void AppDelegate::enableGraphView() {

@@ -5,15 +5,12 @@
 #include <QMenu>
 #include <QMenuBar>
 
+#include "app/shell/qt_text.h"
 #include "engine/shell/menu_texts.h"
 
 namespace kavor::app {
 
 namespace {
-
-QString qstring(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 struct ItemLayout {
   MenuCommand command;
@@ -104,12 +101,18 @@ MainMenu::MainMenu() {
   // The interface definition ticks the chart switch; only its action changes it afterwards.
   action(MenuCommand::enableChartView)->setChecked(true);
   // Until a document's chart data is ready there is no chart to open.
-  action(MenuCommand::openChart)->setVisible(false);
-  action(MenuCommand::openChart)->setEnabled(false);
+  showItem(kWindowsMenuTitle, kOpenChartItem, false);
   action(MenuCommand::updateStatus)->setEnabled(false);
 }
 
 MainMenu::~MainMenu() = default;
+
+void MainMenu::showItem(std::string_view menuTitle, std::string_view itemTitle, bool shown) const {
+  if (QAction* item = itemTitled(menuTitled(menuTitle), itemTitle)) {
+    item->setVisible(shown);
+    item->setEnabled(shown);
+  }
+}
 
 void MainMenu::attachTo(QMenuBar* bar) const {
   for (const auto& menu : menus_)

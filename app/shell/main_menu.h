@@ -60,6 +60,9 @@ class MainMenu final : public QObject {
   QMenu* menuTitled(std::string_view title) const;
   // An item of a menu, or none; a missing menu has no items.
   static QAction* itemTitled(const QMenu* menu, std::string_view title);
+  // Shows and enables, or hides and disables, an item found by its menu's and its own title;
+  // a missing menu or item is skipped.
+  void showItem(std::string_view menuTitle, std::string_view itemTitle, bool shown) const;
   QAction* action(MenuCommand command) const { return actions_[static_cast<size_t>(command)]; }
 
  private:

@@ -59,10 +59,9 @@ void copyToClipboard(AppContext&) {
     return;
   }
   // A chart window copies its chosen date.
-  if (const auto* window = qobject_cast<ControllerWindow*>(QApplication::activeWindow()))
-    if (const WindowController* controller = window->windowController())
-      if (auto* chart = qobject_cast<GraphViewController*>(controller->contentViewController()))
-        chart->copy();
+  if (const WindowController* controller = windowControllerOf(QApplication::activeWindow()))
+    if (auto* chart = qobject_cast<GraphViewController*>(controller->contentViewController()))
+      chart->copy();
 }
 
 void pasteFromClipboard(AppContext& app) {

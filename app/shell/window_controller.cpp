@@ -18,6 +18,11 @@ void ControllerWindow::closeEvent(QCloseEvent* event) {
   if (event->isAccepted() && controller_) emit controller_->windowWillClose(controller_);
 }
 
+WindowController* windowControllerOf(const QWidget* widget) {
+  const auto* window = widget ? qobject_cast<const ControllerWindow*>(widget->window()) : nullptr;
+  return window ? window->windowController() : nullptr;
+}
+
 WindowController::WindowController(std::unique_ptr<ControllerWindow> window,
                                    QWidget* contentViewController)
     : window_(std::move(window)), content_(contentViewController) {

@@ -61,4 +61,7 @@ class WindowController final : public QObject {
   AppDocument* document_ = nullptr;
 };
 
+// The controller of the widget's window, or none (no widget, or a window no controller made).
+WindowController* windowControllerOf(const QWidget* widget);
+
 }  // namespace kavor::app
