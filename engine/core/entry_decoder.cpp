@@ -185,6 +185,10 @@ Expected<EntryList> EntryDecoder::finish() {
   return list;
 }
 
+bool EntryDecoder::failed() const {
+  return impl_->error.has_value();
+}
+
 size_t EntryDecoder::entriesDecoded() const {
   return impl_->worker.entries();
 }

@@ -43,6 +43,9 @@ class EntryDecoder {
   // array, cut short, malformed JSON, invalid UTF-8.
   Expected<EntryList> finish();
 
+  // True once the output is known not to decode: the rest of it need not be read.
+  bool failed() const;
+
   size_t bytesSeen() const { return bytesSeen_; }
   // Safe to call from any thread, for progress.
   size_t entriesDecoded() const;
