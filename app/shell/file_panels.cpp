@@ -70,6 +70,9 @@ std::optional<std::filesystem::path> DialogFilePanels::runOpenPanel(const OpenPa
 std::optional<SaveChoice> DialogFilePanels::runSavePanel(const SavePanelRequest& request,
                                                          QWidget* parent) {
   QFileDialog dialog(parent, QString::fromStdString(request.title));
+  // The dialog's own "replace?" question must see the name with the extension that the save
+  // adds; a platform dialog would ask about the name as typed.
+  dialog.setOption(QFileDialog::DontUseNativeDialog);
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setFileMode(QFileDialog::AnyFile);
   dialog.setOption(QFileDialog::ReadOnly, !request.canCreateDirectories);
@@ -77,21 +80,22 @@ std::optional<SaveChoice> DialogFilePanels::runSavePanel(const SavePanelRequest&
   for (const auto& type : request.types)
     filters << nameFilter(type.description, {type.extension});
   dialog.setNameFilters(filters);
+  const auto typeOf = [&](const QString& filter) {
+    return static_cast<size_t>(filters.indexOf(filter));
+  };
+  const auto suffixFor = [&](const QString& filter) {
+    const size_t index = typeOf(filter);
+    if (index < request.types.size())
+      dialog.setDefaultSuffix(QString::fromStdString(request.types[index].extension));
+  };
+  QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, suffixFor);
+  if (!filters.isEmpty()) suffixFor(filters.front());
   dialog.selectFile(QString::fromStdString(request.proposedName));
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
-  const auto index = static_cast<size_t>(filters.indexOf(dialog.selectedNameFilter()));
+  const size_t index = typeOf(dialog.selectedNameFilter());
   if (index >= request.types.size()) return std::nullopt;
   const SaveType& type = request.types[index];
-  return SaveChoice{withExtension(dialog.selectedFiles().front().toStdString(), type.extension),
-                    type.typeName};
-}
-
-std::filesystem::path withExtension(const std::filesystem::path& path,
-                                    const std::string& extension) {
-  if (extension.empty() || path.extension() == "." + extension) return path;
-  std::filesystem::path completed = path;
-  completed += "." + extension;
-  return completed;
+  return SaveChoice{dialog.selectedFiles().front().toStdString(), type.typeName};
 }
 
 }  // namespace kavor::app

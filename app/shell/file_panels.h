@@ -33,7 +33,7 @@ struct SavePanelRequest {
 };
 
 struct SaveChoice {
-  std::filesystem::path path;  // with the chosen type's extension
+  std::filesystem::path path;  // with the chosen type's extension when the name had none
   std::string typeName;
 };
 
@@ -53,10 +53,5 @@ class DialogFilePanels final : public FilePanels {
                                                     QWidget* parent) override;
   std::optional<SaveChoice> runSavePanel(const SavePanelRequest& request, QWidget* parent) override;
 };
-
-// The path with the type's extension added unless it already ends with it, as a save panel
-// completes a typed name.
-std::filesystem::path withExtension(const std::filesystem::path& path,
-                                    const std::string& extension);
 
 }  // namespace kavor::app

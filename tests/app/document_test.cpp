@@ -1,12 +1,20 @@
 // Documents and their windows: saving as plain text and RTF with the trailer, refusing to open,
 // independent windows, and closing.
 
+#include <QApplication>
+#include <QFile>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 #include "app/document/app_document.h"
 #include "app/document/document_controller.h"
 #include "app/query/result_view.h"
 #include "app/query/view_controller.h"
+#include "app/shell/file_panels.h"
 #include "app/shell/window_controller.h"
 #include "engine/document/document_saving.h"
 #include "tests/app/app_fixture.h"
@@ -20,6 +28,36 @@ namespace {
 
 constexpr std::string_view kOneEntry = R"([{"timestamp" : "2026-11-20 09:59:50.000001+0000",
   "eventType" : "logEvent", "subsystem" : "com.apple.xpc", "eventMessage" : "hello \u00e9 \ud83d\ude00"}])";
+
+// Runs the real save panel, types name into it and answers its "replace?" question, if it asks
+// one, with answer. Returns the choice and what the question said.
+std::pair<std::optional<SaveChoice>, QString> typeIntoSavePanel(
+    const QString& folder, const QString& name, QMessageBox::StandardButton answer) {
+  QString asked;
+  QTimer::singleShot(0, [&] {
+    auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    if (!dialog) return;
+    dialog->setDirectory(folder);
+    dialog->selectFile(name);
+    QTimer::singleShot(0, [&, dialog] {
+      if (auto* question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+        asked = question->text();
+        question->button(answer)->click();
+      }
+      // Still open after a "No": the user cancels.
+      QTimer::singleShot(0, dialog, [dialog] { dialog->reject(); });
+    });
+    static_cast<QDialog*>(dialog)->accept();  // the file dialog hides it; it checks the name
+  });
+  DialogFilePanels panels;
+  const SavePanelRequest request{"Save As",
+                                 "proposed",
+                                 {{std::string(kPlainTextType), "Plain Text", "txt"},
+                                  {std::string(kRtfType), "Rich Text Format (RTF)", "rtf"}},
+                                 true};
+  auto choice = panels.runSavePanel(request, nullptr);
+  return {std::move(choice), asked};
+}
 
 size_t occurrences(std::string_view text, std::string_view part) {
   size_t count = 0;
@@ -105,6 +143,23 @@ class DocumentTest : public QObject {
     QCOMPARE(app.alerts.shown[0].message,
              std::string("The document \u201CUntitled\u201D could not be saved."));
     QVERIFY(!std::filesystem::exists("/nonexistent-folder/saved.txt"));
+  }
+
+  void saveAsAsksBeforeReplacingTheFileItWillWrite() {
+    QTemporaryDir folder;
+    const QString victim = folder.filePath("victim.txt");
+    QFile file(victim);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("precious") == 8);
+    file.close();
+
+    const auto [declined, question] = typeIntoSavePanel(folder.path(), "victim", QMessageBox::No);
+    QVERIFY(!declined);
+    QVERIFY2(question.contains("victim.txt"), qPrintable(question));
+
+    const auto [replaced, again] = typeIntoSavePanel(folder.path(), "victim", QMessageBox::Yes);
+    QVERIFY(replaced && !again.isEmpty());
+    QCOMPARE(QString::fromStdString(replaced->path.string()), victim);
+    QCOMPARE(replaced->typeName, std::string(kPlainTextType));
   }
 
   void openingAnyFileFailsAndMakesNoDocument() {
