@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <algorithm>
 #include <cmath>
 
 #include "engine/core/pasteboard_date.h"
@@ -14,15 +15,29 @@ CopiableDatePicker::CopiableDatePicker(QWidget* parent) : QDateTimeEdit(parent) 
   setDisplayFormat("yyyy-MM-dd HH:mm:ss");
   setCalendarPopup(true);
   setTimeSpec(Qt::LocalTime);
-}
-
-double CopiableDatePicker::absoluteTime() const {
-  return static_cast<double>(dateTime().toMSecsSinceEpoch()) / 1000.0 - kUnixToAbsoluteTime;
+  connect(this, &QDateTimeEdit::dateTimeChanged, this, &CopiableDatePicker::fieldsEdited);
+  setAbsoluteTime(absoluteTime_);
 }
 
 void CopiableDatePicker::setAbsoluteTime(double absoluteTime) {
-  const double ms = std::round((absoluteTime + kUnixToAbsoluteTime) * 1000.0);
-  setDateTime(QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(ms), Qt::LocalTime));
+  const double least = static_cast<double>(minimumDateTime().toSecsSinceEpoch());
+  const double most = static_cast<double>(maximumDateTime().toSecsSinceEpoch());
+  const double unix = absoluteTime + kUnixToAbsoluteTime;
+  // What the fields cannot show is not held either, so that copy gives what is shown.
+  absoluteTime_ =
+      unix >= least && unix <= most
+          ? absoluteTime
+          : std::clamp(std::isnan(unix) ? least : unix, least, most) - kUnixToAbsoluteTime;
+  showing_ = true;
+  setDateTime(QDateTime::fromSecsSinceEpoch(
+      static_cast<qint64>(std::floor(absoluteTime_ + kUnixToAbsoluteTime)), Qt::LocalTime));
+  showing_ = false;
+}
+
+void CopiableDatePicker::fieldsEdited(const QDateTime& shown) {
+  if (showing_) return;
+  const double fraction = absoluteTime_ - std::floor(absoluteTime_);
+  absoluteTime_ = static_cast<double>(shown.toSecsSinceEpoch()) - kUnixToAbsoluteTime + fraction;
 }
 
 void CopiableDatePicker::copy() {

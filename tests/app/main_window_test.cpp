@@ -16,6 +16,7 @@
 #include "app/query/view_controller.h"
 #include "app/shell/main_menu.h"
 #include "engine/shell/menu_texts.h"
+#include "platform/clock.h"
 #include "tests/app/app_fixture.h"
 #include "tests/app/app_test_registry.h"
 #include "ui_document_window.h"
@@ -237,9 +238,19 @@ class MainWindowTest : public QObject {
       QCOMPARE(picker.absoluteTime(), 610024800.0);
     }
 
-    picker.setAbsoluteTime(610024800.25);
+    // A chart date keeps its microseconds through paste and copy; editing a field keeps them.
+    clipboard->setText("610024800.123456");
+    view.paste();
     picker.copy();
-    QCOMPARE(clipboard->text(), QString("610024800.25"));
+    QCOMPARE(clipboard->text(), QString("610024800.123456"));
+    picker.setDateTime(picker.dateTime().addSecs(60));
+    QCOMPARE(picker.absoluteTime(), 610024860.123456);
+    picker.setAbsoluteTime(0.1);
+    picker.copy();
+    QCOMPARE(clipboard->text(), QString("0.1"));
+    picker.setAbsoluteTime(1e300);
+    QCOMPARE(picker.absoluteTime() + kUnixToAbsoluteTime,
+             double(picker.maximumDateTime().toSecsSinceEpoch()));
     // The shortcut in the picker copies the date, not the field's text.
     picker.setAbsoluteTime(610024800);
     picker.setFocus();
