@@ -1,5 +1,5 @@
 // Runs one QtTest class of the window tests, named by the first argument, on the offscreen
-// platform unless another is asked for.
+// platform unless another is asked for; --list-classes names them all.
 
 #include <QApplication>
 #include <QTest>
@@ -10,6 +10,12 @@
 #include "tests/app/app_test_registry.h"
 
 int main(int argc, char* argv[]) {
+  // For ctest's discovery: the class names, one a line, without starting an application.
+  if (argc == 2 && std::strcmp(argv[1], "--list-classes") == 0) {
+    for (const auto& entry : kavor::app_testing::testClasses())
+      std::printf("%s\n", entry.name);
+    return 0;
+  }
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
   if (argc < 2) {
