@@ -94,8 +94,8 @@ PlistValue namedListToPlist(const NamedList& list) {
   PlistArray array;
   array.reserve(list.size());
   for (const ListEntry& e : list)
-    array.push_back(PlistArray{PlistValue(e.name), PlistValue(e.text)});
-  return array;
+    array.push_back(arrayValue({e.name, e.text}));
+  return PlistValue(std::move(array));
 }
 
 NamedListRead SettingsStore::namedList(std::string_view key) const {

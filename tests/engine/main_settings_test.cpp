@@ -146,16 +146,16 @@ TEST(LoadMainSettingsAtStart, StoredValuesAndTheirCorrections) {
 TEST(LoadMainSettingsAtStart, EmptyStyleListResetsCorruptOneFallsBack) {
   MemorySettingsStore empty;
   seedStore(empty, 0, 0, 0);
-  empty.setValue(kSpecStyleListKey, PlistArray{});
+  empty.setValue(kSpecStyleListKey, arrayValue({}));
   MainSettings s;
   loadMainSettingsAtStart(s, empty, 15);
   EXPECT_EQ(empty.namedList(kSpecPredListKey).list, factoryPredicateList());
 
   MemorySettingsStore corrupt;
   seedStore(corrupt, 0, 0, 0);
-  const PlistValue bad = PlistArray{PlistArray{PlistValue("only a name")}};
+  const PlistValue bad = arrayValue({arrayValue({"only a name"})});
   corrupt.setValue(kSpecStyleListKey, bad);
-  corrupt.setValue(kSpecFiltListKey, PlistArray{PlistArray{PlistValue("a"), PlistValue(5)}});
+  corrupt.setValue(kSpecFiltListKey, arrayValue({arrayValue({"a", 5})}));
   MainSettings t;
   loadMainSettingsAtStart(t, corrupt, 12);
   EXPECT_EQ(t.specStyleList, factoryStyleList(12));
