@@ -72,7 +72,10 @@ std::optional<std::string> SettingsStore::stringValue(std::string_view key) cons
 NamedListRead namedListFromPlist(const PlistValue& value) {
   NamedListRead read;
   const PlistArray* array = value.get<PlistArray>();
-  if (!array) return read;
+  if (!array) {
+    read.status = NamedListRead::Status::corrupt;
+    return read;
+  }
   read.list.reserve(array->size());
   for (const PlistValue& element : *array) {
     const PlistArray* pair = element.get<PlistArray>();

@@ -22,8 +22,10 @@ struct ListEntry {
 };
 using NamedList = std::vector<ListEntry>;
 
-// A named list as read from the store: absent (or not an array at all), usable, or corrupt
-// (an element that is not an array of at least two strings).
+// A named list as read from the store: absent (no value under its key), usable, or corrupt (a
+// value that is not an array, or an element that is not an array of at least two strings).
+// Only an absent list may be replaced by the factory one in the store: a corrupt one is the
+// user's data and stays as it is.
 struct NamedListRead {
   enum class Status { absent, ok, corrupt };
   Status status = Status::absent;

@@ -30,7 +30,6 @@ namespace kavor::app {
 
 namespace {
 
-constexpr double kLargestFontSize = 24.0;
 constexpr std::string_view kNoEntriesText = "0 logs";
 constexpr std::string_view kNoLinesText = "0 lines";
 

@@ -1,5 +1,6 @@
 #include "engine/query/main_settings_store.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -75,7 +76,10 @@ int64_t logCapFromStore(const SettingsStore& store) {
 
 double fontSizeFromStore(const SettingsStore& store) {
   const double size = store.doubleValue(kFontSizeKey);
-  return size >= kSmallestFontSize ? size : kDefaultFontSize;  // also catches NaN
+  // Below the smallest (NaN too) means unset; above the largest was not written by the
+  // commands, and a huge size would leave the view blank.
+  if (!(size >= kSmallestFontSize)) return kDefaultFontSize;
+  return std::min(size, kLargestFontSize);
 }
 
 void resetFactorySettings(MainSettings& settings, SettingsStore& store) {
@@ -141,6 +145,7 @@ void loadCusMenu(MainSettings& settings, const SettingsStore& store) {
 void loadMainSettingsAtStart(MainSettings& settings, SettingsStore& store, int osVersion) {
   settings.osVersion = osVersion;
   settings.theFontSize = fontSizeFromStore(store);
+  // A corrupt style list is not a missing one: resetting would overwrite the user's lists.
   const NamedListRead styles = store.namedList(kSpecStyleListKey);
   if (styles.status == NamedListRead::Status::absent ||
       (styles.status == NamedListRead::Status::ok && styles.list.empty()))

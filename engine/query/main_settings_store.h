@@ -17,8 +17,8 @@ namespace kavor {
 void resetFactorySettings(MainSettings& settings, SettingsStore& store);
 
 // For predicates, filters, styles: takes the stored list if there is one (a corrupt one gives
-// the factory list), fills the box with its names, selects the stored index as corrected for
-// that box, and copies the shown text.
+// the factory list and leaves the stored one as it is), fills the box with its names, selects the
+// stored index as corrected for that box, and copies the shown text.
 void loadListsIntoBoxes(MainSettings& settings, const SettingsStore& store);
 
 // Refills the boxes from the lists in memory, selects row 0 of each, then stores the lists.
@@ -32,8 +32,8 @@ void doSaveDefaults(const MainSettings& settings, SettingsStore& store);
 void loadCusMenu(MainSettings& settings, const SettingsStore& store);
 
 // What a main window reads when it loads: the system's osVersion, font size, a factory reset
-// when no style list is stored (or an empty one), the unit, lists and boxes, period, limit and
-// switches.
+// when no style list is stored (or an empty one, not a corrupt one), the unit, lists and boxes,
+// period, limit and switches.
 void loadMainSettingsAtStart(MainSettings& settings, SettingsStore& store, int osVersion);
 
 // Runs loadCusMenu on every "Customs-Changed", then afterReload (the window shows the boxes).
@@ -44,7 +44,7 @@ void loadMainSettingsAtStart(MainSettings& settings, SettingsStore& store, int o
 // theLogCap from the stored "logLimit": the value when above 99, else 999.
 int64_t logCapFromStore(const SettingsStore& store);
 
-// theFontSize from the stored "fontSize": the value when 4 or more, else 12.
+// theFontSize from the stored "fontSize": 12 when below 4 (or absent), at most 24.
 double fontSizeFromStore(const SettingsStore& store);
 
 }  // namespace kavor

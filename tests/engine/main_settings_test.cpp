@@ -134,7 +134,9 @@ TEST(LoadMainSettingsAtStart, StoredValuesAndTheirCorrections) {
   EXPECT_EQ(s.theTimeSelStr, "hour");
   EXPECT_TRUE(s.showSignposts && s.fetchSignposts);
 
-  for (const auto& [stored, expected] : {std::pair{3.5, 12.0}, {4.0, 4.0}, {18.0, 18.0}}) {
+  // Beyond the largest size the commands reach, the text would not be readable (1e308 blanks it).
+  for (const auto& [stored, expected] :
+       {std::pair{3.5, 12.0}, {4.0, 4.0}, {18.0, 18.0}, {24.5, 24.0}, {1e308, 24.0}}) {
     store.setDouble(kFontSizeKey, stored);
     loadMainSettingsAtStart(s, store, 15);
     EXPECT_EQ(s.theFontSize, expected) << stored;
@@ -151,18 +153,24 @@ TEST(LoadMainSettingsAtStart, EmptyStyleListResetsCorruptOneFallsBack) {
   loadMainSettingsAtStart(s, empty, 15);
   EXPECT_EQ(empty.namedList(kSpecPredListKey).list, factoryPredicateList());
 
-  MemorySettingsStore corrupt;
-  seedStore(corrupt, 0, 0, 0);
-  const PlistValue bad = arrayValue({arrayValue({"only a name"})});
-  corrupt.setValue(kSpecStyleListKey, bad);
-  corrupt.setValue(kSpecFiltListKey, arrayValue({arrayValue({"a", 5})}));
-  MainSettings t;
-  loadMainSettingsAtStart(t, corrupt, 12);
-  EXPECT_EQ(t.specStyleList, factoryStyleList(12));
-  EXPECT_EQ(t.specFiltList, factoryFilterList());
-  EXPECT_EQ(t.comboFilter.rowCount(), 10);
-  EXPECT_EQ(t.specPredList, twoEntries("p0", "p1"));
-  EXPECT_EQ(corrupt.value(kSpecStyleListKey), bad);  // never overwritten behind the user's back
+  // A corrupt element, or a value that is no list at all: either is the user's data.
+  for (const PlistValue& bad : {arrayValue({arrayValue({"only a name"})}), PlistValue("a list?")}) {
+    MemorySettingsStore corrupt;
+    seedStore(corrupt, 0, 0, 0);
+    corrupt.setValue(kSpecStyleListKey, bad);
+    corrupt.setValue(kSpecFiltListKey, arrayValue({arrayValue({"a", 5})}));
+    corrupt.setValue(kSpecPredListKey, 7);
+    MainSettings t;
+    loadMainSettingsAtStart(t, corrupt, 12);
+    EXPECT_EQ(t.specStyleList, factoryStyleList(12));
+    EXPECT_EQ(t.specFiltList, factoryFilterList());
+    EXPECT_EQ(t.specPredList, factoryPredicateList());
+    EXPECT_EQ(t.comboFilter.rowCount(), 10);
+    // Never overwritten behind the user's back.
+    EXPECT_EQ(corrupt.value(kSpecStyleListKey), bad);
+    EXPECT_EQ(corrupt.value(kSpecPredListKey), PlistValue(7));
+    EXPECT_EQ(corrupt.integerValue(kLogLimitKey), 0);
+  }
 }
 
 TEST(LoadListsIntoBoxes, CorrectsStoredSelections) {
