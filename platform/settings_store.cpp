@@ -111,6 +111,23 @@ Status SettingsStore::setNamedList(std::string_view key, const NamedList& list) 
   return setValue(key, namedListToPlist(list));
 }
 
+SettingsBatch::~SettingsBatch() {
+  if (open_) store_.leaveBatch();
+}
+
+void SettingsBatch::set(std::string_view key, PlistValue value) {
+  Status written = store_.setValue(key, std::move(value));
+  if (!written && !failure_) failure_ = written.error();
+}
+
+Status SettingsBatch::commit() {
+  if (!open_) return okStatus();
+  open_ = false;
+  Status written = store_.endBatch();
+  if (failure_) return *failure_;
+  return written;
+}
+
 std::optional<PlistValue> MemorySettingsStore::value(std::string_view key) const {
   for (const auto& [k, v] : values_)
     if (k == key) return v;
