@@ -103,7 +103,9 @@ Status replaceFileDurably(const std::filesystem::path& file, std::string_view by
   const std::filesystem::path temporary = file.string() + temporarySuffix();
   if (Status written = writeNewFileDurably(temporary, bytes, info, mode); !written) {
     ::unlink(temporary.c_str());
-    return written;
+    // The temporary name means nothing to whoever reads the message: name the file itself.
+    const Error& failure = written.error();
+    return Error{failure.kind, "cannot write " + file.string(), failure.sysErrno};
   }
   if (::rename(temporary.c_str(), file.c_str()) != 0) {
     const int err = errno;

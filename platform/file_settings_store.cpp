@@ -165,6 +165,10 @@ Status FileSettingsStore::endBatch() {
   return write();
 }
 
+void FileSettingsStore::leaveBatch() {
+  if (batchDepth_ > 0) --batchDepth_;
+}
+
 Status FileSettingsStore::write() {
   // Another process may have written since we read: take its keys, then ours over them.
   reloadIfChanged();

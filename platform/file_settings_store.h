@@ -23,10 +23,11 @@ class FileSettingsStore final : public SettingsStore {
   Status removeValue(std::string_view key) override;
   void beginBatch() override;
   Status endBatch() override;
+  void leaveBatch() override;
 
-  const std::filesystem::path& path() const { return file_; }
-  // Where an unreadable file was moved when the store was opened, if that happened.
-  const std::optional<std::filesystem::path>& setAside() const { return setAside_; }
+  std::filesystem::path location() const override { return file_; }
+  // The latest place an unreadable file was moved to, on opening or on reading it again.
+  std::optional<std::filesystem::path> setAside() const override { return setAside_; }
 
  private:
   struct Stamp {

@@ -2,6 +2,7 @@
 // A property-list value tree, independent of the library that reads and writes the files.
 
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -42,8 +43,11 @@ class PlistValue {
   PlistValue(const char* s) : v_(std::string(s)) {}       // NOLINT
   PlistValue(PlistDate d) : v_(d) {}                      // NOLINT
   PlistValue(PlistData d) : v_(std::move(d)) {}           // NOLINT
-  PlistValue(PlistArray a) : v_(std::move(a)) {}          // NOLINT
-  PlistValue(PlistDict d) : v_(std::move(d)) {}           // NOLINT
+  // Explicit, so that PlistArray{inner} copies inner under every compiler; with an implicit
+  // conversion some would read it as a one-element list holding inner. A nested array is
+  // written PlistArray{PlistValue(inner)}.
+  explicit PlistValue(PlistArray a) : v_(std::move(a)) {}
+  PlistValue(PlistDict d) : v_(std::move(d)) {}  // NOLINT
 
   template <class T>
   bool is() const {
@@ -71,6 +75,11 @@ class PlistValue {
  private:
   Storage v_;
 };
+
+// An array value from its elements; arrayValue({arrayValue({"a", "b"})}) is a list in a list.
+inline PlistValue arrayValue(std::initializer_list<PlistValue> elements) {
+  return PlistValue(PlistArray(elements));
+}
 
 // Reads an XML or binary property list. Never trusts its input: malformed bytes give an error.
 Expected<PlistValue> parsePlist(std::string_view bytes);

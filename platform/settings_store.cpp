@@ -72,7 +72,10 @@ std::optional<std::string> SettingsStore::stringValue(std::string_view key) cons
 NamedListRead namedListFromPlist(const PlistValue& value) {
   NamedListRead read;
   const PlistArray* array = value.get<PlistArray>();
-  if (!array) return read;
+  if (!array) {
+    read.status = NamedListRead::Status::corrupt;
+    return read;
+  }
   read.list.reserve(array->size());
   for (const PlistValue& element : *array) {
     const PlistArray* pair = element.get<PlistArray>();
@@ -94,8 +97,8 @@ PlistValue namedListToPlist(const NamedList& list) {
   PlistArray array;
   array.reserve(list.size());
   for (const ListEntry& e : list)
-    array.push_back(PlistArray{PlistValue(e.name), PlistValue(e.text)});
-  return array;
+    array.push_back(arrayValue({e.name, e.text}));
+  return PlistValue(std::move(array));
 }
 
 NamedListRead SettingsStore::namedList(std::string_view key) const {
@@ -106,6 +109,23 @@ NamedListRead SettingsStore::namedList(std::string_view key) const {
 
 Status SettingsStore::setNamedList(std::string_view key, const NamedList& list) {
   return setValue(key, namedListToPlist(list));
+}
+
+SettingsBatch::~SettingsBatch() {
+  if (open_) store_.leaveBatch();
+}
+
+void SettingsBatch::set(std::string_view key, PlistValue value) {
+  Status written = store_.setValue(key, std::move(value));
+  if (!written && !failure_) failure_ = written.error();
+}
+
+Status SettingsBatch::commit() {
+  if (!open_) return okStatus();
+  open_ = false;
+  Status written = store_.endBatch();
+  if (failure_) return *failure_;
+  return written;
 }
 
 std::optional<PlistValue> MemorySettingsStore::value(std::string_view key) const {

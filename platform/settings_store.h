@@ -3,6 +3,7 @@
 // every window when shared settings changed. Backends: a property-list file, or memory for tests.
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,8 +23,10 @@ struct ListEntry {
 };
 using NamedList = std::vector<ListEntry>;
 
-// A named list as read from the store: absent (or not an array at all), usable, or corrupt
-// (an element that is not an array of at least two strings).
+// A named list as read from the store: absent (no value under its key), usable, or corrupt (a
+// value that is not an array, or an element that is not an array of at least two strings).
+// Only an absent list may be replaced by the factory one in the store: a corrupt one is the
+// user's data and stays as it is.
 struct NamedListRead {
   enum class Status { absent, ok, corrupt };
   Status status = Status::absent;
@@ -37,9 +40,16 @@ class SettingsStore {
   virtual std::optional<PlistValue> value(std::string_view key) const = 0;
   virtual Status setValue(std::string_view key, PlistValue value) = 0;
   virtual Status removeValue(std::string_view key) = 0;
-  // Between begin and end, a backend may hold writes back and make them as one.
+  // Between begin and end, a backend may hold writes back and make them as one. Leaving a
+  // batch ends it without writing: what it held goes with the next write.
   virtual void beginBatch() {}
-  virtual Status endBatch() { return okStatus(); }
+  [[nodiscard]] virtual Status endBatch() { return okStatus(); }
+  virtual void leaveBatch() {}
+
+  // The file the settings live in, for messages; empty when there is none.
+  virtual std::filesystem::path location() const { return {}; }
+  // Where a settings file that could not be read was moved, if the store had to.
+  virtual std::optional<std::filesystem::path> setAside() const { return std::nullopt; }
 
   // Typed reads convert as the platform's defaults do; an absent or unusable value reads as
   // false, 0, 0.0 or none.
@@ -64,16 +74,25 @@ class SettingsStore {
   NotificationCenter notifications_;
 };
 
-// Groups writes for the lifetime of the scope.
+// Groups writes so that the store may make them as one. The writes' outcome is the result of
+// commit; a batch left without commit (an early return) writes nothing itself, and what it
+// held goes with the store's next write.
 class SettingsBatch {
  public:
   explicit SettingsBatch(SettingsStore& store) : store_(store) { store_.beginBatch(); }
-  ~SettingsBatch() { (void)store_.endBatch(); }
+  ~SettingsBatch();
   SettingsBatch(const SettingsBatch&) = delete;
   SettingsBatch& operator=(const SettingsBatch&) = delete;
 
+  // A write through the store; its failure is kept for commit.
+  void set(std::string_view key, PlistValue value);
+  // Ends the batch, making the writes held back; the first failure of the batch, if any.
+  [[nodiscard]] Status commit();
+
  private:
   SettingsStore& store_;
+  std::optional<Error> failure_;
+  bool open_ = true;
 };
 
 // Converts a stored value the way the store's typed reads do.

@@ -30,7 +30,6 @@ namespace kavor::app {
 
 namespace {
 
-constexpr double kLargestFontSize = 24.0;
 constexpr std::string_view kNoEntriesText = "0 logs";
 constexpr std::string_view kNoLinesText = "0 lines";
 
@@ -109,7 +108,8 @@ void ViewController::showComboBoxes() {
 }
 
 void ViewController::viewDidLoad() {
-  loadMainSettingsAtStart(settings_, app_.settings(), app_.osVersion());
+  app_.reportSettings(loadMainSettingsAtStart(settings_, app_.settings(), app_.osVersion()),
+                      window());
   ui_->progressSpinner->hide();
   ui_->popupTimeUnits->clear();
   for (std::string_view unit : timeUnitsList)
@@ -186,14 +186,12 @@ void ViewController::setFetchDebug() {
 }
 
 void ViewController::incFontSize() {
-  settings_.theFontSize = std::min(settings_.theFontSize + 1, kLargestFontSize);
-  (void)app_.settings().setDouble(kFontSizeKey, settings_.theFontSize);
+  app_.reportSettings(stepFontSize(settings_, app_.settings(), 1), window());
   applyFontSize();
 }
 
 void ViewController::decFontSize() {
-  settings_.theFontSize = std::max(settings_.theFontSize - 1, kSmallestFontSize);
-  (void)app_.settings().setDouble(kFontSizeKey, settings_.theFontSize);
+  app_.reportSettings(stepFontSize(settings_, app_.settings(), -1), window());
   applyFontSize();
 }
 
@@ -229,7 +227,7 @@ void ViewController::cmdMakeLog() {
 
 void ViewController::doSaveDefaults() {
   settings_.timeUnitIndex = ui_->popupTimeUnits->currentIndex();
-  kavor::doSaveDefaults(settings_, app_.settings());
+  app_.reportSettings(kavor::doSaveDefaults(settings_, app_.settings()), window());
 }
 
 void ViewController::loadCusMenu() {

@@ -1,6 +1,7 @@
 #include "app/shell/app_context.h"
 
 #include "app/document/document_controller.h"
+#include "app/shell/alerts.h"
 #include "app/shell/app_delegate.h"
 #include "app/shell/main_menu.h"
 #include "app/shell/menu_actions.h"
@@ -36,6 +37,11 @@ int AppContext::osVersion() const {
 
 std::filesystem::path AppContext::logTool() const {
   return paths().resolve(kLogToolPath);
+}
+
+void AppContext::reportSettings(const Status& written, QWidget* parent) {
+  for (const SettingsNotice& notice : settingsTrouble_.noticesAfter(settings(), written))
+    alerts().runModal({Alert::Style::warning, notice.message, notice.informative, {"OK"}}, parent);
 }
 
 PrivilegeMeans AppContext::privilegeMeans() const {

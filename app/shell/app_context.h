@@ -6,9 +6,12 @@
 #include <memory>
 
 #include "engine/query/log_collection.h"
+#include "engine/shell/settings_trouble.h"
 #include "platform/clock.h"
 #include "platform/settings_store.h"
 #include "platform/system_paths.h"
+
+class QWidget;
 
 namespace kavor::app {
 
@@ -50,11 +53,16 @@ class AppContext {
   // How the privileged collection asks for rights: the stand-in tool of a system root needs none.
   PrivilegeMeans privilegeMeans() const;
 
+  // After the settings were written (with this outcome) or read: alerts for a failed write and
+  // for a settings file moved aside as unreadable, each problem once per run.
+  void reportSettings(const Status& written, QWidget* parent);
+
  private:
   AppServices services_;
   std::unique_ptr<MainMenu> menu_;
   std::unique_ptr<AppDelegate> delegate_;
   std::unique_ptr<DocumentController> documents_;
+  SettingsTrouble settingsTrouble_;
 };
 
 }  // namespace kavor::app

@@ -14,13 +14,14 @@ AppDelegate::AppDelegate(AppContext& app) : app_(app) {}
 
 void AppDelegate::applicationDidFinishLaunching() {
   dontShowGraphView = app_.settings().boolValue(kDontShowGraphViewKey);
+  app_.reportSettings(okStatus(), nullptr);  // the first read may have set the file aside
   app_.menu().showItem(kWindowsMenuTitle, kOpenChartItem, false);
   app_.menu().showItem(kWindowsMenuTitle, kLogarchiveToolItem, true);
 }
 
 void AppDelegate::enableGraphView() {
   dontShowGraphView = !dontShowGraphView;
-  (void)app_.settings().setBool(kDontShowGraphViewKey, dontShowGraphView);
+  app_.reportSettings(app_.settings().setBool(kDontShowGraphViewKey, dontShowGraphView), nullptr);
   const QMenu* application = app_.menu().menuTitled(kApplicationMenuTitle);
   if (QAction* item = MainMenu::itemTitled(application, kEnableChartViewItem))
     item->setChecked(!dontShowGraphView);

@@ -1,5 +1,6 @@
 #include "engine/query/main_settings_store.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -53,17 +54,14 @@ int64_t correctedIndex(int64_t stored, const ListSlot& slot) {
   return stored;
 }
 
-void storeLists(const MainSettings& s, SettingsStore& store) {
-  store.setNamedList(kSpecPredListKey, s.specPredList);
-  store.setNamedList(kSpecFiltListKey, s.specFiltList);
-  store.setNamedList(kSpecStyleListKey, s.specStyleList);
+void storeLists(const MainSettings& s, SettingsBatch& batch) {
+  batch.set(kSpecPredListKey, namedListToPlist(s.specPredList));
+  batch.set(kSpecFiltListKey, namedListToPlist(s.specFiltList));
+  batch.set(kSpecStyleListKey, namedListToPlist(s.specStyleList));
 }
 
-void writeFactorySetting(const FactorySetting& f, SettingsStore& store) {
-  if (f.type == SettingType::boolean)
-    store.setBool(f.key, f.value != 0);
-  else
-    store.setInteger(f.key, f.value);
+PlistValue factoryValue(const FactorySetting& f) {
+  return f.type == SettingType::boolean ? PlistValue(f.value != 0) : PlistValue(f.value);
 }
 
 }  // namespace
@@ -75,24 +73,34 @@ int64_t logCapFromStore(const SettingsStore& store) {
 
 double fontSizeFromStore(const SettingsStore& store) {
   const double size = store.doubleValue(kFontSizeKey);
-  return size >= kSmallestFontSize ? size : kDefaultFontSize;  // also catches NaN
+  // Below the smallest (NaN too) means unset; above the largest was not written by the
+  // commands, and a huge size would leave the view blank.
+  if (!(size >= kSmallestFontSize)) return kDefaultFontSize;
+  return std::min(size, kLargestFontSize);
 }
 
-void resetFactorySettings(MainSettings& settings, SettingsStore& store) {
-  {
-    SettingsBatch batch(store);
-    for (const FactorySetting& f : kFactorySettings)
-      if (!f.signpostsOnly || hasSignposts(settings)) writeFactorySetting(f, store);
-    settings.specPredList = factoryPredicateList();
-    settings.specFiltList = factoryFilterList();
-    settings.specStyleList = factoryStyleList(settings.osVersion);
-    storeLists(settings, store);
-    store.setInteger(kLogLimitKey, kFactoryLogLimit);
-  }
-  // Observers read the store, so they are told only once the batch is written.
+Status stepFontSize(MainSettings& settings, SettingsStore& store, int points) {
+  settings.theFontSize =
+      std::clamp(settings.theFontSize + points, kSmallestFontSize, kLargestFontSize);
+  return store.setDouble(kFontSizeKey, settings.theFontSize);
+}
+
+Status resetFactorySettings(MainSettings& settings, SettingsStore& store) {
+  SettingsBatch batch(store);
+  for (const FactorySetting& f : kFactorySettings)
+    if (!f.signpostsOnly || hasSignposts(settings)) batch.set(f.key, factoryValue(f));
+  settings.specPredList = factoryPredicateList();
+  settings.specFiltList = factoryFilterList();
+  settings.specStyleList = factoryStyleList(settings.osVersion);
+  storeLists(settings, batch);
+  batch.set(kLogLimitKey, kFactoryLogLimit);
+  Status written = batch.commit();
+  // Observers read the store, so they are told only once the batch is written. A failed write
+  // still changed the values they read.
   store.notifications().post(kCustomsChanged);
   settings.theReplaceOnImport = true;
   settings.theLogCap = kFactoryLogLimit;
+  return written;
 }
 
 void loadListsIntoBoxes(MainSettings& settings, const SettingsStore& store) {
@@ -108,29 +116,31 @@ void loadListsIntoBoxes(MainSettings& settings, const SettingsStore& store) {
   }
 }
 
-void reloadListBoxes(MainSettings& settings, SettingsStore& store) {
+Status reloadListBoxes(MainSettings& settings, SettingsStore& store) {
   for (ListSlot& slot : listSlots(settings)) {
     fillBox(slot.box, slot.list);
     slot.box.selectItem(0);
     slot.shown = slot.box.displayedString();
   }
   SettingsBatch batch(store);
-  storeLists(settings, store);
+  storeLists(settings, batch);
+  return batch.commit();
 }
 
-void doSaveDefaults(const MainSettings& settings, SettingsStore& store) {
+Status doSaveDefaults(const MainSettings& settings, SettingsStore& store) {
   SettingsBatch batch(store);
-  store.setInteger(kTimePeriodKey, settings.theTimePeriod);
-  store.setInteger(kPopupTimeUnitsKey, settings.timeUnitIndex);
-  store.setInteger(kPopupPredicateKey, settings.comboPredicate.selectedIndex());
-  store.setInteger(kPopupFilterKey, settings.comboFilter.selectedIndex());
-  store.setInteger(kPopupStyleKey, settings.comboStyle.selectedIndex());
-  store.setBool(kLimitEntriesKey, settings.limitEntries);
-  store.setBool(kShowLogEntriesKey, settings.showLogEntries);
-  if (hasSignposts(settings)) store.setBool(kShowSignpostsKey, settings.showSignposts);
-  store.setBool(kFetchInfoKey, settings.fetchInfo);
-  if (hasSignposts(settings)) store.setBool(kFetchSignpostsKey, settings.fetchSignposts);
-  store.setBool(kFetchDebugKey, settings.fetchDebug);
+  batch.set(kTimePeriodKey, settings.theTimePeriod);
+  batch.set(kPopupTimeUnitsKey, settings.timeUnitIndex);
+  batch.set(kPopupPredicateKey, settings.comboPredicate.selectedIndex());
+  batch.set(kPopupFilterKey, settings.comboFilter.selectedIndex());
+  batch.set(kPopupStyleKey, settings.comboStyle.selectedIndex());
+  batch.set(kLimitEntriesKey, settings.limitEntries);
+  batch.set(kShowLogEntriesKey, settings.showLogEntries);
+  if (hasSignposts(settings)) batch.set(kShowSignpostsKey, settings.showSignposts);
+  batch.set(kFetchInfoKey, settings.fetchInfo);
+  if (hasSignposts(settings)) batch.set(kFetchSignpostsKey, settings.fetchSignposts);
+  batch.set(kFetchDebugKey, settings.fetchDebug);
+  return batch.commit();
 }
 
 void loadCusMenu(MainSettings& settings, const SettingsStore& store) {
@@ -138,13 +148,15 @@ void loadCusMenu(MainSettings& settings, const SettingsStore& store) {
   settings.theLogCap = logCapFromStore(store);
 }
 
-void loadMainSettingsAtStart(MainSettings& settings, SettingsStore& store, int osVersion) {
+Status loadMainSettingsAtStart(MainSettings& settings, SettingsStore& store, int osVersion) {
   settings.osVersion = osVersion;
   settings.theFontSize = fontSizeFromStore(store);
+  // A corrupt style list is not a missing one: resetting would overwrite the user's lists.
   const NamedListRead styles = store.namedList(kSpecStyleListKey);
+  Status written = okStatus();
   if (styles.status == NamedListRead::Status::absent ||
       (styles.status == NamedListRead::Status::ok && styles.list.empty()))
-    resetFactorySettings(settings, store);
+    written = resetFactorySettings(settings, store);
 
   // A unit index the menu does not have would leave it without a selection; "sec" is meant.
   const int64_t unit = store.integerValue(kPopupTimeUnitsKey);
@@ -164,6 +176,7 @@ void loadMainSettingsAtStart(MainSettings& settings, SettingsStore& store, int o
   settings.fetchDebug = store.boolValue(kFetchDebugKey);
   settings.showSignposts = hasSignposts(settings) && store.boolValue(kShowSignpostsKey);
   settings.fetchSignposts = hasSignposts(settings) && store.boolValue(kFetchSignpostsKey);
+  return written;
 }
 
 NotificationCenter::Observation observeCustomsChanged(MainSettings& settings, SettingsStore& store,

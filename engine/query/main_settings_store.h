@@ -13,28 +13,30 @@ namespace kavor {
 
 // Writes the factory values (signpost switches only from 13 on) and the factory lists, sets the
 // limit to 999, posts "Customs-Changed", then resets theReplaceOnImport and theLogCap. The boxes
-// are left alone: the notification makes every open window reload them.
-void resetFactorySettings(MainSettings& settings, SettingsStore& store);
+// are left alone: the notification makes every open window reload them. The result is the
+// outcome of the write, for the user to be told.
+[[nodiscard]] Status resetFactorySettings(MainSettings& settings, SettingsStore& store);
 
 // For predicates, filters, styles: takes the stored list if there is one (a corrupt one gives
-// the factory list), fills the box with its names, selects the stored index as corrected for
-// that box, and copies the shown text.
+// the factory list and leaves the stored one as it is), fills the box with its names, selects the
+// stored index as corrected for that box, and copies the shown text.
 void loadListsIntoBoxes(MainSettings& settings, const SettingsStore& store);
 
 // Refills the boxes from the lists in memory, selects row 0 of each, then stores the lists.
-void reloadListBoxes(MainSettings& settings, SettingsStore& store);
+[[nodiscard]] Status reloadListBoxes(MainSettings& settings, SettingsStore& store);
 
 // Stores the period, unit, box selections (-1 for a typed box) and switches; the signpost
 // switches only from 13 on.
-void doSaveDefaults(const MainSettings& settings, SettingsStore& store);
+[[nodiscard]] Status doSaveDefaults(const MainSettings& settings, SettingsStore& store);
 
 // The answer to "Customs-Changed": reload the boxes and the entry limit.
 void loadCusMenu(MainSettings& settings, const SettingsStore& store);
 
 // What a main window reads when it loads: the system's osVersion, font size, a factory reset
-// when no style list is stored (or an empty one), the unit, lists and boxes, period, limit and
-// switches.
-void loadMainSettingsAtStart(MainSettings& settings, SettingsStore& store, int osVersion);
+// when no style list is stored (or an empty one, not a corrupt one), the unit, lists and boxes,
+// period, limit and switches. The result is the outcome of the reset's write, if one ran.
+[[nodiscard]] Status loadMainSettingsAtStart(MainSettings& settings, SettingsStore& store,
+                                             int osVersion);
 
 // Runs loadCusMenu on every "Customs-Changed", then afterReload (the window shows the boxes).
 // The settings must outlive the observation.
@@ -44,7 +46,11 @@ void loadMainSettingsAtStart(MainSettings& settings, SettingsStore& store, int o
 // theLogCap from the stored "logLimit": the value when above 99, else 999.
 int64_t logCapFromStore(const SettingsStore& store);
 
-// theFontSize from the stored "fontSize": the value when 4 or more, else 12.
+// theFontSize from the stored "fontSize": 12 when below 4 (or absent), at most 24.
 double fontSizeFromStore(const SettingsStore& store);
+
+// The font size commands: theFontSize one point larger (points 1) or smaller (-1), within 4 and
+// 24, stored under "fontSize".
+[[nodiscard]] Status stepFontSize(MainSettings& settings, SettingsStore& store, int points);
 
 }  // namespace kavor

@@ -66,6 +66,7 @@ inline constexpr int64_t kFactoryLogLimit = 999;
 inline constexpr int64_t kLargestRejectedLogLimit = 99;
 inline constexpr double kDefaultFontSize = 12.0;
 inline constexpr double kSmallestFontSize = 4.0;
+inline constexpr double kLargestFontSize = 24.0;
 
 // Items of the time unit menu; the stored "popupTimeUnits" indexes it and the query relies on
 // this order.

@@ -127,9 +127,9 @@ std::optional<app::SaveChoice> ScriptedPanels::runSavePanel(const app::SavePanel
   return answer;
 }
 
-TestApp::TestApp(const fs::path& root)
+TestApp::TestApp(const fs::path& root, SettingsStore* store)
     : context_(std::make_unique<app::AppContext>(
-          app::AppServices{settings, SystemPaths(root), clock, alerts, panels})) {}
+          app::AppServices{store ? *store : settings, SystemPaths(root), clock, alerts, panels})) {}
 
 TestApp::~TestApp() {
   context_.reset();

@@ -83,7 +83,8 @@ inline constexpr double kTestNow = 816861600.0;
 
 class TestApp {
  public:
-  explicit TestApp(const std::filesystem::path& root);
+  // The application uses store when given, else the in-memory settings below.
+  explicit TestApp(const std::filesystem::path& root, SettingsStore* store = nullptr);
   ~TestApp();
 
   app::AppContext& context() { return *context_; }

@@ -12,6 +12,8 @@
 #include "app/shell/main_menu.h"
 #include "app/shell/window_controller.h"
 #include "engine/shell/menu_texts.h"
+#include "platform/file_bytes.h"
+#include "platform/file_settings_store.h"
 #include "tests/app/app_fixture.h"
 #include "tests/app/app_test_registry.h"
 
@@ -23,6 +25,10 @@ namespace {
 
 QAction* item(TestApp& app, std::string_view menu, std::string_view title) {
   return MainMenu::itemTitled(app.context().menu().menuTitled(menu), title);
+}
+
+bool names(const Alert& alert, const std::filesystem::path& file) {
+  return alert.informative.find("\u201C" + file.string() + "\u201D") != std::string::npos;
 }
 
 void activate(AppDocument* document) {
@@ -104,6 +110,46 @@ class ShellTest : public QObject {
     app.settings.notifications().post("Customs-Changed");
     QCOMPARE(view.settings().specFiltList.size(), size_t{2});
     QCOMPARE(view.settings().theLogCap, int64_t{100});
+  }
+
+  void settingsThatCannotBeWrittenAreToldOnce() {
+    // No file can be made in /proc, not even by root.
+    if (!std::filesystem::is_directory("/proc/self")) QSKIP("needs /proc");
+    const std::filesystem::path file = "/proc/kavor-app-test-settings.plist";
+    FileSettingsStore store(file);
+    FakeToolRoot tool;
+    TestApp app(tool.root(), &store);
+    app.context().delegate().applicationDidFinishLaunching();
+    QVERIFY(app.alerts.shown.empty());
+    ViewController& view = TestApp::controller(app.newDocument());  // the first start's reset
+    QCOMPARE(app.alerts.shown.size(), size_t{1});
+    const Alert& alert = app.alerts.shown[0];
+    QVERIFY2(names(alert, file), alert.informative.c_str());
+    QVERIFY(alert.informative.find(kTemporaryInfix) == std::string::npos);
+
+    view.doSaveDefaults();
+    view.incFontSize();
+    app.context().delegate().enableGraphView();
+    TestApp::controller(app.newDocument());
+    QCOMPARE(app.alerts.shown.size(), size_t{1});
+    QCOMPARE(view.settings().theFontSize, 13.0);  // the change holds for this run
+  }
+
+  void anUnreadableSettingsFileIsToldOnceAtLaunch() {
+    TempFolder folder;
+    const std::filesystem::path file = folder.path() / "Kavor.plist";
+    writeFile(file, "not a property list");
+    FileSettingsStore store(file);
+    FakeToolRoot tool;
+    TestApp app(tool.root(), &store);
+    app.context().delegate().applicationDidFinishLaunching();
+    QCOMPARE(app.alerts.shown.size(), size_t{1});
+    QVERIFY(store.setAside());
+    const Alert& alert = app.alerts.shown[0];
+    QVERIFY2(names(alert, file) && names(alert, *store.setAside()), alert.informative.c_str());
+    app.newDocument();
+    QCOMPARE(app.alerts.shown.size(), size_t{1});
+    QVERIFY(FileSettingsStore(file).contains("specStyleList"));
   }
 };
 

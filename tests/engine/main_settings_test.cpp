@@ -4,6 +4,8 @@
 #include <vector>
 
 #include "engine/query/main_settings_store.h"
+#include "platform/file_settings_store.h"
+#include "tests/platform/temp_folder.h"
 
 namespace kavor {
 namespace {
@@ -64,7 +66,7 @@ TEST(ResetFactorySettings, WritesInOrderThenPostsThenSetsTheWindow) {
     writesWhenPosted = store.writeCount();
     capWhenPosted = s.theLogCap;
   });
-  resetFactorySettings(s, store);
+  ASSERT_TRUE(resetFactorySettings(s, store));
 
   EXPECT_EQ(keysInWriteOrder(store),
             (std::vector<std::string>{
@@ -92,7 +94,7 @@ TEST(ResetFactorySettings, Below13LeavesSignpostKeysAlone) {
   store.setBool(kShowSignpostsKey, true);
   MainSettings s;
   s.osVersion = 12;
-  resetFactorySettings(s, store);
+  ASSERT_TRUE(resetFactorySettings(s, store));
   EXPECT_TRUE(store.boolValue(kShowSignpostsKey));
   EXPECT_FALSE(store.contains(kFetchSignpostsKey));
   EXPECT_EQ(store.namedList(kSpecStyleListKey).list, factoryStyleList(12));
@@ -101,7 +103,7 @@ TEST(ResetFactorySettings, Below13LeavesSignpostKeysAlone) {
 TEST(LoadMainSettingsAtStart, EmptyStoreGetsFactorySettings) {
   MemorySettingsStore store;
   MainSettings s;
-  loadMainSettingsAtStart(s, store, 15);
+  ASSERT_TRUE(loadMainSettingsAtStart(s, store, 15));
   EXPECT_EQ(store.namedList(kSpecStyleListKey).list, factoryStyleList(15));
   EXPECT_EQ(s.comboFilter.rowCount(), 10);
   EXPECT_EQ(s.comboStyle.selectedIndex(), 0);
@@ -121,7 +123,7 @@ TEST(LoadMainSettingsAtStart, StoredValuesAndTheirCorrections) {
   store.setBool(kShowSignpostsKey, true);
   store.setBool(kFetchSignpostsKey, true);
   MainSettings s;
-  loadMainSettingsAtStart(s, store, 12);
+  ASSERT_TRUE(loadMainSettingsAtStart(s, store, 12));
   EXPECT_EQ(s.theTimePeriod, -20);
   EXPECT_EQ(s.theTimeSelStr, "sec");
   EXPECT_FALSE(s.showSignposts || s.fetchSignposts);
@@ -129,14 +131,16 @@ TEST(LoadMainSettingsAtStart, StoredValuesAndTheirCorrections) {
 
   store.setInteger(kTimePeriodKey, 3);
   store.setInteger(kPopupTimeUnitsKey, 2);
-  loadMainSettingsAtStart(s, store, 13);
+  ASSERT_TRUE(loadMainSettingsAtStart(s, store, 13));
   EXPECT_EQ(s.theTimePeriod, 3);
   EXPECT_EQ(s.theTimeSelStr, "hour");
   EXPECT_TRUE(s.showSignposts && s.fetchSignposts);
 
-  for (const auto& [stored, expected] : {std::pair{3.5, 12.0}, {4.0, 4.0}, {18.0, 18.0}}) {
+  // Beyond the largest size the commands reach, the text would not be readable (1e308 blanks it).
+  for (const auto& [stored, expected] :
+       {std::pair{3.5, 12.0}, {4.0, 4.0}, {18.0, 18.0}, {24.5, 24.0}, {1e308, 24.0}}) {
     store.setDouble(kFontSizeKey, stored);
-    loadMainSettingsAtStart(s, store, 15);
+    ASSERT_TRUE(loadMainSettingsAtStart(s, store, 15));
     EXPECT_EQ(s.theFontSize, expected) << stored;
   }
   store.removeValue(kFontSizeKey);
@@ -146,23 +150,29 @@ TEST(LoadMainSettingsAtStart, StoredValuesAndTheirCorrections) {
 TEST(LoadMainSettingsAtStart, EmptyStyleListResetsCorruptOneFallsBack) {
   MemorySettingsStore empty;
   seedStore(empty, 0, 0, 0);
-  empty.setValue(kSpecStyleListKey, PlistArray{});
+  empty.setValue(kSpecStyleListKey, arrayValue({}));
   MainSettings s;
-  loadMainSettingsAtStart(s, empty, 15);
+  ASSERT_TRUE(loadMainSettingsAtStart(s, empty, 15));
   EXPECT_EQ(empty.namedList(kSpecPredListKey).list, factoryPredicateList());
 
-  MemorySettingsStore corrupt;
-  seedStore(corrupt, 0, 0, 0);
-  const PlistValue bad = PlistArray{PlistArray{PlistValue("only a name")}};
-  corrupt.setValue(kSpecStyleListKey, bad);
-  corrupt.setValue(kSpecFiltListKey, PlistArray{PlistArray{PlistValue("a"), PlistValue(5)}});
-  MainSettings t;
-  loadMainSettingsAtStart(t, corrupt, 12);
-  EXPECT_EQ(t.specStyleList, factoryStyleList(12));
-  EXPECT_EQ(t.specFiltList, factoryFilterList());
-  EXPECT_EQ(t.comboFilter.rowCount(), 10);
-  EXPECT_EQ(t.specPredList, twoEntries("p0", "p1"));
-  EXPECT_EQ(corrupt.value(kSpecStyleListKey), bad);  // never overwritten behind the user's back
+  // A corrupt element, or a value that is no list at all: either is the user's data.
+  for (const PlistValue& bad : {arrayValue({arrayValue({"only a name"})}), PlistValue("a list?")}) {
+    MemorySettingsStore corrupt;
+    seedStore(corrupt, 0, 0, 0);
+    corrupt.setValue(kSpecStyleListKey, bad);
+    corrupt.setValue(kSpecFiltListKey, arrayValue({arrayValue({"a", 5})}));
+    corrupt.setValue(kSpecPredListKey, 7);
+    MainSettings t;
+    ASSERT_TRUE(loadMainSettingsAtStart(t, corrupt, 12));
+    EXPECT_EQ(t.specStyleList, factoryStyleList(12));
+    EXPECT_EQ(t.specFiltList, factoryFilterList());
+    EXPECT_EQ(t.specPredList, factoryPredicateList());
+    EXPECT_EQ(t.comboFilter.rowCount(), 10);
+    // Never overwritten behind the user's back.
+    EXPECT_EQ(corrupt.value(kSpecStyleListKey), bad);
+    EXPECT_EQ(corrupt.value(kSpecPredListKey), PlistValue(7));
+    EXPECT_EQ(corrupt.integerValue(kLogLimitKey), 0);
+  }
 }
 
 TEST(LoadListsIntoBoxes, CorrectsStoredSelections) {
@@ -216,7 +226,7 @@ TEST(ReloadListBoxes, SelectsRowZeroAndStoresTheLists) {
   loadListsIntoBoxes(s, store);
   s.specPredList = twoEntries("x0", "x1");
   s.comboFilter.typeText("typed");
-  reloadListBoxes(s, store);
+  ASSERT_TRUE(reloadListBoxes(s, store));
   EXPECT_EQ(s.comboPredicate.items(), (std::vector<std::string>{"x0", "x1"}));
   EXPECT_EQ(s.thePredicateStr, "x0");
   EXPECT_EQ(s.comboFilter.selectedIndex(), 0);
@@ -237,7 +247,7 @@ TEST(DoSaveDefaults, WritesSelectionsAndSignpostsOnlyFrom13) {
 
   s.osVersion = 12;
   MemorySettingsStore store;
-  doSaveDefaults(s, store);
+  ASSERT_TRUE(doSaveDefaults(s, store));
   EXPECT_EQ(keysInWriteOrder(store),
             (std::vector<std::string>{"timePeriod", "popupTimeUnits", "popupPredicate",
                                       "popupFilter", "popupStyle", "limitEntries", "showLogEntries",
@@ -248,8 +258,28 @@ TEST(DoSaveDefaults, WritesSelectionsAndSignpostsOnlyFrom13) {
   EXPECT_EQ(store.integerValue(kPopupTimeUnitsKey), 3);
 
   s.osVersion = 13;
-  doSaveDefaults(s, store);
+  ASSERT_TRUE(doSaveDefaults(s, store));
   EXPECT_TRUE(store.boolValue(kShowSignpostsKey) && store.boolValue(kFetchSignpostsKey));
+}
+
+TEST(MainSettingsWrites, FailuresReachTheCallerAndTheValuesStillChange) {
+  testing_support::TempFolder tmp;
+  testing_support::writeFile(tmp / "blocker", "a file where the folder should be");
+  FileSettingsStore store(tmp / "blocker/Kavor.plist");
+  int posted = 0;
+  auto obs = store.notifications().observe(std::string(kCustomsChanged), [&] { ++posted; });
+  MainSettings s;
+  const Status started = loadMainSettingsAtStart(s, store, 15);  // the first start's reset
+  ASSERT_FALSE(started);
+  EXPECT_EQ(started.error().kind, ErrorKind::io);
+  EXPECT_EQ(posted, 1);
+  EXPECT_EQ(store.namedList(kSpecStyleListKey).list, factoryStyleList(15));
+  EXPECT_EQ(s.comboFilter.rowCount(), 10);
+
+  EXPECT_FALSE(doSaveDefaults(s, store));
+  EXPECT_FALSE(reloadListBoxes(s, store));
+  EXPECT_FALSE(stepFontSize(s, store, 1));
+  EXPECT_EQ(store.doubleValue(kFontSizeKey), 13.0);
 }
 
 TEST(SelectedListText, TypedRowAndBeyond) {

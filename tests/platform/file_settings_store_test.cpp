@@ -6,6 +6,7 @@
 #include <chrono>
 #include <filesystem>
 
+#include "platform/file_bytes.h"
 #include "tests/platform/temp_folder.h"
 
 namespace kavor {
@@ -67,21 +68,23 @@ TEST(FileSettingsStore, WritesOfAnotherProcessAreSeenAndNeverLost) {
   EXPECT_FALSE(third.contains("doomed"));
 }
 
-TEST(FileSettingsStore, BatchesWriteOnceAtTheOutermostEnd) {
+TEST(FileSettingsStore, BatchesWriteOnceAtTheOutermostCommit) {
   TempFolder tmp;
   const fs::path file = tmp / "Kavor.plist";
   FileSettingsStore store(file);
   {
     SettingsBatch outer(store);
-    ASSERT_TRUE(store.setInteger("a", 1));
+    outer.set("a", 1);
     {
       SettingsBatch inner(store);
-      ASSERT_TRUE(store.setInteger("b", 2));
+      inner.set("b", 2);
       ASSERT_TRUE(store.removeValue("a"));
-      ASSERT_TRUE(store.setInteger("a", 3));
+      inner.set("a", 3);
+      ASSERT_TRUE(inner.commit());
     }
     EXPECT_FALSE(fs::exists(file));
     EXPECT_EQ(store.integerValue("a"), 3);
+    ASSERT_TRUE(outer.commit());
   }
   FileSettingsStore reader(file);
   EXPECT_EQ(reader.integerValue("a"), 3);
@@ -94,6 +97,15 @@ TEST(FileSettingsStore, BatchesWriteOnceAtTheOutermostEnd) {
   ASSERT_TRUE(store.endBatch());
   EXPECT_EQ(fs::last_write_time(file), before);
   EXPECT_TRUE(store.endBatch());  // unmatched end: nothing to do
+
+  // A batch left without commit writes nothing; what it held goes with the next write.
+  {
+    SettingsBatch left(store);
+    left.set("c", 4);
+  }
+  EXPECT_FALSE(FileSettingsStore(file).contains("c"));
+  ASSERT_TRUE(store.setInteger("d", 5));
+  EXPECT_EQ(FileSettingsStore(file).integerValue("c"), 4);
 }
 
 TEST(FileSettingsStore, ACrashBeforeTheRenameKeepsTheOldValues) {
@@ -139,9 +151,21 @@ TEST(FileSettingsStore, AFailedWriteIsReportedAndTheValueStillChanges) {
   ASSERT_FALSE(written);
   EXPECT_EQ(written.error().kind, ErrorKind::io);
   EXPECT_EQ(store.integerValue("n"), 5);
-  store.beginBatch();
-  EXPECT_TRUE(store.setInteger("m", 6));
-  EXPECT_FALSE(store.endBatch());
+  SettingsBatch batch(store);
+  batch.set("m", 6);
+  EXPECT_FALSE(batch.commit());
+}
+
+// Messages name the file the user knows, never the temporary one written beside it.
+TEST(FileSettingsStore, AFailedWriteNamesTheStoreNotItsTemporaryFile) {
+  if (!fs::is_directory("/proc/self")) GTEST_SKIP() << "needs /proc, where no file can be made";
+  const fs::path file = "/proc/kavor-settings-test.plist";
+  FileSettingsStore store(file);
+  const Status written = store.setInteger("n", 1);
+  ASSERT_FALSE(written);
+  const std::string message = written.error().message();
+  EXPECT_NE(message.find(file.string()), std::string::npos) << message;
+  EXPECT_EQ(message.find(kTemporaryInfix), std::string::npos) << message;
 }
 
 }  // namespace

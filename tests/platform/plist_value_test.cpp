@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace kavor {
@@ -87,7 +88,7 @@ std::string binaryOfArrays(const std::vector<std::vector<uint32_t>>& arrays) {
 
 PlistValue everyKind() {
   PlistValue inner{PlistDict{}};
-  inner.set("empty array", PlistArray{});
+  inner.set("empty array", arrayValue({}));
   inner.set("empty dict", PlistDict{});
   PlistValue root{PlistDict{}};
   root.set("yes", true);
@@ -103,7 +104,7 @@ PlistValue everyKind() {
   root.set("empty text", "");
   root.set("date", PlistDate{610024800});
   root.set("data", PlistData{std::string("\0\x01\xFFzz", 5)});
-  root.set("list", PlistArray{1, "two", PlistArray{3.5}});
+  root.set("list", arrayValue({1, "two", arrayValue({3.5})}));
   root.set("inner", inner);
   return root;
 }
@@ -123,6 +124,17 @@ TEST(PlistValue, DictionaryHelpersKeepOrderAndReplaceInPlace) {
   ASSERT_NE(d.find("b"), nullptr);
   EXPECT_EQ(*d.find("b"), PlistValue(2));
   EXPECT_EQ(PlistValue(PlistArray{}).find("b"), nullptr);
+}
+
+// Compilers disagree about braces around one array when the array converts implicitly.
+TEST(PlistValue, BracesAroundOneArrayCopyItAndNestingIsSpelledOut) {
+  EXPECT_FALSE((std::is_convertible_v<PlistArray, PlistValue>));
+  const PlistArray inner{"a", "b", "c"};
+  EXPECT_EQ(PlistArray{inner}, inner);
+  EXPECT_EQ((PlistArray{PlistArray{"a", "b", "c"}}.size()), 3u);
+  const PlistValue nested = arrayValue({PlistValue(inner)});
+  ASSERT_EQ(nested.get<PlistArray>()->size(), 1u);
+  EXPECT_EQ(nested.get<PlistArray>()->front(), PlistValue(inner));
 }
 
 TEST(PlistValue, EveryKindSurvivesTheXmlAndTheBinaryForm) {
@@ -220,7 +232,7 @@ TEST(PlistValue, BinaryCyclesSharingBombsAndNulKeysAreRefused) {
   // Modest sharing is ordinary (writers share equal keys and values).
   auto shared = parsePlist(binaryOfArrays({{1, 1, 1}, {}}));
   ASSERT_TRUE(shared);
-  EXPECT_EQ(*shared, PlistValue(PlistArray{PlistArray{}, PlistArray{}, PlistArray{}}));
+  EXPECT_EQ(*shared, arrayValue({arrayValue({}), arrayValue({}), arrayValue({})}));
 }
 
 TEST(PlistValue, InputOf4GiBOrMoreIsTooLarge) {
