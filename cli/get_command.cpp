@@ -10,7 +10,6 @@
 #include "engine/query/log_fetch.h"
 #include "platform/clock.h"
 #include "platform/main_thread.h"
-#include "platform/operation_queue.h"
 #include "platform/system_paths.h"
 #include "platform/termination_signals.h"
 
@@ -39,6 +38,9 @@ int runGet(const Arguments& args) {
   const auto styler = stylerInputFor(*style, input->osVersion, styleText, status);
   if (!styler) return status;
 
+  // The loop is made before the document so that it outlives the workers of the document's
+  // queue, which post to it.
+  SimpleMainLoop mainThread;
   const SystemClock clock;
   Document document(clock);
   const LogQuery query = buildLogQuery(*input, formatter);
@@ -46,26 +48,17 @@ int runGet(const Arguments& args) {
   document.endDate = query.endDate;
   const auto tool = SystemPaths(systemRootFrom(processEnvironment())).resolve(kLogTool);
 
-  // As the window does: the tool runs on the processing queue, the completion on the main thread.
-  // The loop is declared first so that it outlives the queue's workers, which post to it.
-  SimpleMainLoop mainThread;
-  OperationQueue processingQueue(Document::kMaxConcurrentOperations);
-  LogFetch fetch(processingQueue, mainThread);
+  // As the window does: the tool runs on the document's queue, the completion on the main thread.
+  LogFetch fetch(*document.processingQueue, mainThread);
   std::optional<LogShowCompletion> done;
-  int stoppedBy = 0;
   // Asked to end, the command ends its tool first.
-  const TerminationSignals signals([&](int number) {
-    mainThread.post([&, number] {
-      stoppedBy = number;
-      fetch.cancel();
-    });
-  });
+  const TerminationSignals signals([&](int) { mainThread.post([&] { fetch.cancel(); }); });
   fetch.start(tool, query.theFullCmdStr, [&](LogShowOutput&& output) {
     done = completeLogShow(std::move(output), document, *styler,
                            {formatter, query.startDate, clock.now(), true});
   });
-  mainThread.runUntil([&] { return done.has_value() || stoppedBy != 0; });
-  if (stoppedBy) return kExitSignalBase + stoppedBy;
+  mainThread.runUntil([&] { return done.has_value() || signals.received() != 0; });
+  if (const int number = signals.received()) return kExitSignalBase + number;
 
   if (done->alertText) return failed(std::string(kActionErrorMessage) + " " + *done->alertText);
   if (!done->redraw)

@@ -47,11 +47,8 @@ class LogRunner : public ::testing::Test {
     ASSERT_EQ(document_.theJSONDictionaries->size(), 1u);
   }
 
-  // A tool that says its number in the file and then never ends by itself.
-  std::filesystem::path endless(const std::string& name, const std::string& then = "") {
-    return tool(name,
-                "echo $$ > '" + (folder_ / name).string() + ".pid'; " + then + "exec sleep 1000");
-  }
+  // Where a script says a process number: "echo $$ > " + pidFile("tool").
+  std::string pidFile(const std::string& name) { return "'" + (folder_ / name).string() + ".pid'"; }
   pid_t pidOf(const std::string& name) { return waitForPidFile(folder_ / (name + ".pid")); }
   // Runs what the workers have posted so far.
   void runPosted() {
@@ -124,7 +121,8 @@ TEST_F(LogRunner, OutputThatDoesNotDecodeEmptiesTheEntriesOnly) {
 }
 
 TEST_F(LogRunner, OutputKnownNotToDecodeEndsTheToolAtOnce) {
-  const auto noisy = endless("noisy", "echo 'log: no entries found'; ");
+  const auto noisy =
+      tool("noisy", "echo $$ > " + pidFile("noisy") + "; echo 'log: no entries'; exec sleep 1000");
   LogShowOutput out = runLogShow(noisy, {});
   EXPECT_TRUE(out.endedEarly);
   EXPECT_TRUE(processGone(pidOf("noisy")));
@@ -184,19 +182,24 @@ TEST_F(LogRunner, FourRunsAtOnceEachDeliverTheirOwn) {
 
 TEST_F(LogRunner, CancellingEndsTheToolsAndDropsTheirRuns) {
   bool completed = false;
-  // The second ignores the request to end and is killed after the grace.
-  fetch_.start(endless("plain"), {}, [&](LogShowOutput&&) { completed = true; });
-  fetch_.start(endless("stubborn", "trap '' TERM; "), {},
-               [&](LogShowOutput&&) { completed = true; });
-  const pid_t plain = pidOf("plain");
-  const pid_t stubborn = pidOf("stubborn");
-  ASSERT_GT(plain, 0);
-  ASSERT_GT(stubborn, 0);
+  // One with a child of its own, one that ignores the request to end and is killed after the
+  // grace. Each says its number last, once all is set.
+  const auto parent = tool("parent", "sleep 1000 & echo $! > " + pidFile("child") + "; echo $$ > " +
+                                         pidFile("parent") + "; wait");
+  const auto stubborn =
+      tool("stubborn", "trap '' TERM; echo $$ > " + pidFile("stubborn") + "; exec sleep 1000");
+  for (const auto& endless : {parent, stubborn})
+    fetch_.start(endless, {}, [&](LogShowOutput&&) { completed = true; });
+  const pid_t running[] = {pidOf("parent"), pidOf("stubborn"), pidOf("child")};
+  for (const pid_t pid : running)
+    ASSERT_GT(pid, 0);
   fetch_.cancel();
   EXPECT_EQ(fetch_.runsInFlight(), 0u);
   queue_.waitUntilAllOperationsAreFinished();  // the runs have returned
-  EXPECT_TRUE(processGone(plain));
-  EXPECT_TRUE(processGone(stubborn));
+  EXPECT_TRUE(processGone(running[0]));
+  EXPECT_TRUE(processGone(running[1]));
+  // Not the tool's own child, so reaped by whoever adopted it.
+  EXPECT_TRUE(testing_support::waitUntilEnded(running[2]));
   runPosted();
   EXPECT_FALSE(completed);
 }

@@ -2,14 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-#include <stop_token>
 #include <string>
 #include <thread>
-#include <utility>
 #include <vector>
-
-#include "tests/platform/process_state.h"
 
 namespace kavor {
 namespace {
@@ -49,71 +44,6 @@ TEST(ChildProcess, StatusAndStandardErrorAreKept) {
   EXPECT_EQ(out.size(), 3000000u);
   EXPECT_EQ(exit.standardError.size(), size_t{64} << 10);
   EXPECT_EQ(exit.standardErrorLines, 30001u);
-}
-
-// Asks for a stop once the script has said its own number and that of the child it started.
-class StoppingSink final : public OutputSink {
- public:
-  explicit StoppingSink(std::stop_source& stop) : stop_(stop) {}
-  std::span<char> room() override { return inner_.room(); }
-  void commit(size_t bytes) override {
-    inner_.commit(bytes);
-    text_ += inner_.take();
-    if (text_.find('\n') != std::string::npos) stop_.request_stop();
-  }
-  std::pair<pid_t, pid_t> pids() const {
-    std::istringstream in(text_);
-    pid_t shell = 0, child = 0;
-    in >> shell >> child;
-    return {shell, child};
-  }
-
- private:
-  std::stop_source& stop_;
-  StringSink inner_;
-  std::string text_;
-};
-
-TEST(ChildProcess, AStopEndsTheChildAndWhatItStarted) {
-  // The second ignores the request to end and is killed after the grace.
-  for (const char* script :
-       {"sleep 1000 & echo $$ $!; wait", "trap '' TERM; sleep 1000 & echo $$ $!; wait"}) {
-    std::stop_source stop;
-    StoppingSink sink(stop);
-    const std::vector<std::string> args = {"-c", script};
-    const auto ran = runChildProcess("/bin/sh", args, sink, stop.get_token());
-    ASSERT_TRUE(ran.ok());
-    EXPECT_TRUE(ran->stopped);
-    EXPECT_TRUE(ran->signalled);
-    const auto [shell, child] = sink.pids();
-    ASSERT_GT(shell, 0);
-    ASSERT_GT(child, 0);
-    EXPECT_TRUE(testing_support::processGone(shell)) << script;
-    EXPECT_TRUE(testing_support::waitUntilEnded(child)) << script;
-  }
-}
-
-// Wants nothing after the first piece.
-class OnePieceSink final : public OutputSink {
- public:
-  std::span<char> room() override { return inner_.room(); }
-  void commit(size_t bytes) override {
-    inner_.commit(bytes);
-    full_ = true;
-  }
-  bool wantsMore() const override { return !full_; }
-
- private:
-  StringSink inner_;
-  bool full_ = false;
-};
-
-TEST(ChildProcess, ASinkThatWantsNoMoreEndsTheChild) {
-  OnePieceSink sink;
-  const std::vector<std::string> args = {"y"};
-  const auto ran = runChildProcess("/usr/bin/yes", args, sink);
-  ASSERT_TRUE(ran.ok());
-  EXPECT_TRUE(ran->stopped);
 }
 
 TEST(ChildProcess, AMissingProgramIsAnError) {
