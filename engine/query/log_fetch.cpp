@@ -51,6 +51,7 @@ void LogFetch::start(Work work, Completion done) {
   runs_.push_back(run);
   queue_.addOperation([this, run, work = std::move(work), &mainThread = mainThread_] {
     // On the queue, where the fetch itself may be gone: only what was captured is used.
+    if (run->stop.stop_requested()) return;  // cancelled while it waited: the tool never starts
     auto output = std::make_shared<LogShowOutput>();
     try {
       *output = work(run->stop.get_token());
