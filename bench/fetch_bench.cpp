@@ -14,7 +14,7 @@
 #include "bench/decoded_log.h"
 #include "bench/floor_report.h"
 #include "engine/document/chart_data.h"
-#include "engine/query/log_runner.h"
+#include "engine/query/log_fetch.h"
 #include "platform/child_process.h"
 #include "platform/clock.h"
 

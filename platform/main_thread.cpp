@@ -5,10 +5,10 @@ namespace kavor {
 MainThread::~MainThread() = default;
 
 void SimpleMainLoop::post(std::function<void()> job) {
-  {
-    const std::lock_guard lock(mutex_);
-    jobs_.push_back(std::move(job));
-  }
+  // Notified under the lock: once the loop can see the job it may return and the loop be
+  // destroyed, so the poster must not touch it after unlocking.
+  const std::lock_guard lock(mutex_);
+  jobs_.push_back(std::move(job));
   wake_.notify_one();
 }
 

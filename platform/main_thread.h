@@ -16,6 +16,7 @@ class MainThread {
   virtual void post(std::function<void()> job) = 0;
 };
 
+// Whoever posts to it from a worker must be gone (joined) before it is destroyed.
 class SimpleMainLoop final : public MainThread {
  public:
   void post(std::function<void()> job) override;

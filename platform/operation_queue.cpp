@@ -4,12 +4,8 @@
 
 namespace kavor {
 
-OperationQueue::OperationQueue(int maxConcurrent) {
-  const int count = std::max(1, maxConcurrent);
-  workers_.reserve(static_cast<size_t>(count));
-  for (int i = 0; i < count; ++i)
-    workers_.emplace_back([this] { work(); });
-}
+OperationQueue::OperationQueue(int maxConcurrent)
+    : maxThreads_(static_cast<size_t>(std::max(1, maxConcurrent))) {}
 
 OperationQueue::~OperationQueue() {
   waitUntilAllOperationsAreFinished();
@@ -26,8 +22,15 @@ void OperationQueue::addOperation(std::function<void()> operation) {
   {
     const std::lock_guard lock(mutex_);
     queue_.push_back(std::move(operation));
+    if (queue_.size() > waiting_ && workers_.size() < maxThreads_)
+      workers_.emplace_back([this] { work(); });
   }
   wake_.notify_one();
+}
+
+size_t OperationQueue::threadCount() {
+  const std::lock_guard lock(mutex_);
+  return workers_.size();
 }
 
 void OperationQueue::waitUntilAllOperationsAreFinished() {
@@ -39,7 +42,9 @@ void OperationQueue::waitUntilAllOperationsAreFinished() {
 void OperationQueue::work() {
   std::unique_lock lock(mutex_);
   for (;;) {
+    ++waiting_;
     wake_.wait(lock, [this] { return stopping_ || !queue_.empty(); });
+    --waiting_;
     if (queue_.empty()) return;  // stopping, and nothing is left
     std::function<void()> operation = std::move(queue_.front());
     queue_.pop_front();

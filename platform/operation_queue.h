@@ -1,5 +1,7 @@
 #pragma once
 // Runs operations on worker threads, at most a fixed number at once, in the order they were added.
+// Threads start lazily: one more each time an operation finds every thread busy, up to the limit,
+// so a queue that is never used costs nothing.
 
 #include <condition_variable>
 #include <deque>
@@ -23,6 +25,8 @@ class OperationQueue {
   void addOperation(std::function<void()> operation);
   // Returns once nothing is queued or running; must not be called from an operation.
   void waitUntilAllOperationsAreFinished();
+  // Worker threads started so far.
+  size_t threadCount();
 
  private:
   void work();
@@ -31,6 +35,8 @@ class OperationQueue {
   std::condition_variable wake_;
   std::condition_variable idle_;
   std::deque<std::function<void()>> queue_;
+  size_t maxThreads_;
+  size_t waiting_ = 0;  // threads waiting for an operation
   int running_ = 0;
   bool stopping_ = false;
   std::vector<std::thread> workers_;

@@ -1,5 +1,7 @@
 #include "app/document/app_document.h"
 
+#include <QPointer>
+
 #include "app/query/result_view.h"
 #include "app/query/view_controller.h"
 #include "app/shell/alerts.h"
@@ -121,6 +123,8 @@ bool AppDocument::saveTo(const std::filesystem::path& path, const std::string& t
 void AppDocument::close() {
   if (closing_) return;
   closing_ = true;
+  // The tool is ended now, so that neither closing nor quitting waits for it.
+  if (ViewController* controller = viewController()) controller->cancelRuns();
   for (const auto& controller : controllers_)
     controller->window()->hide();
   emit closed(this);
@@ -135,21 +139,19 @@ void AppDocument::openGraphView() {
 
 void AppDocument::computeChartData() {
   const uint64_t collection = beginChartCollection(record_);
-  record_.processingQueue->addOperation(
-      [this, entries = record_.theJSONDictionaries, start = record_.startDate, collection] {
-        // On the document's processingQueue: reads only the list it holds.
-        auto collected =
-            std::make_shared<ChartEntries>(collectChartEntries(*entries, start, collection));
-        QMetaObject::invokeMethod(
-            this,
-            [this, collected] {
-              // A newer fetch's collection has begun: its result is the one to show.
-              if (!indexSubsystems(record_, std::move(*collected))) return;
-              app_.menu().showItem(kWindowsMenuTitle, kOpenChartItem, true);
-              emit chartDataReady();
-            },
-            Qt::QueuedConnection);
-      });
+  record_.processingQueue->addOperation([self = QPointer(this), &mainThread = app_.mainThread(),
+                                         entries = record_.theJSONDictionaries,
+                                         start = record_.startDate, collection] {
+    // On the document's processingQueue: reads only the list it holds.
+    auto collected =
+        std::make_shared<ChartEntries>(collectChartEntries(*entries, start, collection));
+    mainThread.post([self, collected] {
+      // A closed document has gone; a newer fetch's collection is the one to show.
+      if (!self || !indexSubsystems(self->record_, std::move(*collected))) return;
+      self->app_.menu().showItem(kWindowsMenuTitle, kOpenChartItem, true);
+      emit self->chartDataReady();
+    });
+  });
 }
 
 void AppDocument::windowWillClose(WindowController* controller) {

@@ -14,7 +14,10 @@ namespace kavor::app {
 
 DocumentController::DocumentController(AppContext& app) : app_(app) {}
 
-DocumentController::~DocumentController() = default;
+DocumentController::~DocumentController() {
+  for (const QPointer<AppDocument>& document : closed_)
+    delete document.data();
+}
 
 AppDocument* DocumentController::newDocument() {
   auto document = std::make_unique<AppDocument>(app_);
@@ -64,8 +67,11 @@ void DocumentController::documentClosed(AppDocument* document) {
   for (auto it = documents_.begin(); it != documents_.end(); ++it) {
     if (it->get() != document) continue;
     // The close may come from inside the document's own window: delete it afterwards.
-    it->release()->deleteLater();
+    AppDocument* closed = it->release();
+    closed->deleteLater();
     documents_.erase(it);
+    std::erase_if(closed_, [](const QPointer<AppDocument>& gone) { return gone.isNull(); });
+    closed_.emplace_back(closed);
     return;
   }
 }

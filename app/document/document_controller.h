@@ -38,6 +38,8 @@ class DocumentController final : public QObject {
 
   AppContext& app_;
   std::vector<std::unique_ptr<AppDocument>> documents_;
+  // Closed, waiting for their deferred deletion; deleted with the controller when still here.
+  std::vector<QPointer<AppDocument>> closed_;
   QPointer<AppDocument> lastActive_;
 };
 

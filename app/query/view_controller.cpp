@@ -36,10 +36,7 @@ constexpr std::string_view kNoLinesText = "0 lines";
 }  // namespace
 
 ViewController::ViewController(AppContext& app, QWidget* parent)
-    : QWidget(parent),
-      app_(app),
-      ui_(std::make_unique<Ui::DocumentWindow>()),
-      processingQueue_(std::make_unique<OperationQueue>(Document::kMaxConcurrentOperations)) {
+    : QWidget(parent), app_(app), ui_(std::make_unique<Ui::DocumentWindow>()) {
   ui_->setupUi(this);
   ui_->periodStep->setRange(kSmallestTimePeriod, kLargestTimePeriod);
   ui_->periodStep->setValue(settings_.theTimePeriod);

@@ -12,11 +12,11 @@
 
 #include "engine/core/date_format.h"
 #include "engine/query/entry_styler.h"
+#include "engine/query/log_fetch.h"
 #include "engine/query/log_query.h"
 #include "engine/query/log_runner.h"
 #include "engine/query/main_settings.h"
 #include "platform/notification_center.h"
-#include "platform/operation_queue.h"
 
 class QComboBox;
 
@@ -56,7 +56,9 @@ class ViewController final : public QWidget {
   ResultView& resultView() const;
   Ui::DocumentWindow& ui() const { return *ui_; }
   // Runs started and not yet completed.
-  int runsInFlight() const { return runsInFlight_; }
+  size_t runsInFlight() const { return fetch_ ? fetch_->runsInFlight() : 0; }
+  // Ends the runs of the log tool still going; their results are never shown.
+  void cancelRuns();
 
  public slots:
   void setLimit();
@@ -119,10 +121,8 @@ class ViewController final : public QWidget {
   QPointer<QMenu> myViewMenu_;
   NotificationCenter::Observation customsChanged_;
   bool showingBoxes_ = false;
-  int runsInFlight_ = 0;
-  // Declared last so that it goes first: its destructor waits for runs still on it, which post
-  // their completion to this controller.
-  std::unique_ptr<OperationQueue> processingQueue_;
+  // Made with the first Get Log, on the document's queue; it cancels its runs when it goes.
+  std::unique_ptr<LogFetch> fetch_;
 };
 
 }  // namespace kavor::app

@@ -1,5 +1,5 @@
 // The main window's query form and its results: the period, the source, Get Log with its run on
-// the processing queue and its completion, restyling, and CSV conversion.
+// the document's processing queue and its completion, restyling, and CSV conversion.
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -78,20 +78,19 @@ void ViewController::getLogButton() {
   owner->record().endDate = query.endDate;
   run->startDate = query.startDate;
 
-  ++runsInFlight_;
-  // The worker gets copies: a second Get Log may replace the argument list meanwhile.
-  processingQueue_->addOperation([this, run, tool = app_.logTool(), args = theFullCmdStr_] {
-    // On processingQueue.
-    auto output = std::make_shared<LogShowOutput>(runLogShow(tool, args));
-    QMetaObject::invokeMethod(
-        this, [this, run, output] { completeLogShow(std::move(*output), run); },
-        Qt::QueuedConnection);
-  });
+  if (!fetch_)
+    fetch_ = std::make_unique<LogFetch>(*owner->record().processingQueue, app_.mainThread());
+  // The run gets copies: a second Get Log may replace the argument list meanwhile.
+  fetch_->start(app_.logTool(), theFullCmdStr_,
+                [this, run](LogShowOutput&& output) { completeLogShow(std::move(output), run); });
+}
+
+void ViewController::cancelRuns() {
+  if (fetch_) fetch_->cancel();
 }
 
 void ViewController::completeLogShow(LogShowOutput&& output,
                                      const std::shared_ptr<const Run>& run) {
-  --runsInFlight_;
   AppDocument* owner = document();
   if (!owner) return;
   std::string styleText;

@@ -5,6 +5,7 @@
 #include "app/shell/app_delegate.h"
 #include "app/shell/main_menu.h"
 #include "app/shell/menu_actions.h"
+#include "app/shell/qt_main_thread.h"
 #include "engine/query/main_settings.h"
 #include "platform/system_version.h"
 
@@ -18,6 +19,7 @@ constexpr std::string_view kLogToolPath = "/usr/bin/log";
 
 AppContext::AppContext(AppServices services)
     : services_(std::move(services)),
+      mainThread_(std::make_unique<QtMainThread>()),
       menu_(std::make_unique<MainMenu>()),
       delegate_(std::make_unique<AppDelegate>(*this)),
       documents_(std::make_unique<DocumentController>(*this)) {
@@ -28,6 +30,10 @@ AppContext::~AppContext() {
   // Windows go before the menus their menu bars show.
   documents_.reset();
   delegate_.reset();
+}
+
+MainThread& AppContext::mainThread() const {
+  return *mainThread_;
 }
 
 int AppContext::osVersion() const {

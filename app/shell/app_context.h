@@ -8,6 +8,7 @@
 #include "engine/query/log_collection.h"
 #include "engine/shell/settings_trouble.h"
 #include "platform/clock.h"
+#include "platform/main_thread.h"
 #include "platform/settings_store.h"
 #include "platform/system_paths.h"
 
@@ -20,6 +21,7 @@ class AppDelegate;
 class DocumentController;
 class FilePanels;
 class MainMenu;
+class QtMainThread;
 
 struct AppServices {
   SettingsStore& settings;
@@ -42,6 +44,8 @@ class AppContext {
   AlertPresenter& alerts() const { return services_.alerts; }
   FilePanels& panels() const { return services_.panels; }
 
+  // Where workers hand their results back; it outlives every document.
+  MainThread& mainThread() const;
   MainMenu& menu() const { return *menu_; }
   AppDelegate& delegate() const { return *delegate_; }
   DocumentController& documents() const { return *documents_; }
@@ -59,6 +63,7 @@ class AppContext {
 
  private:
   AppServices services_;
+  std::unique_ptr<QtMainThread> mainThread_;
   std::unique_ptr<MainMenu> menu_;
   std::unique_ptr<AppDelegate> delegate_;
   std::unique_ptr<DocumentController> documents_;

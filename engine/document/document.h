@@ -54,8 +54,9 @@ class Document {
   // Names the document's windows; set after each fetch.
   std::string displayName;
 
-  // Where the chart preparation runs. Declared last so that it is destroyed first: its
-  // destructor waits for operations that still write the fields above.
+  // Where the document's work runs: the log tool's runs and the chart preparation; its threads
+  // start with the first. Declared last so that it is destroyed first: its destructor waits for
+  // operations that still write the fields above.
   std::unique_ptr<OperationQueue> processingQueue;
 };
 

@@ -1,43 +1,50 @@
 #include "engine/query/log_runner.h"
 
-#include "engine/core/entry_decoder.h"
-#include "platform/child_process.h"
+#include <algorithm>
 
 namespace kavor {
 
 namespace {
 
-// As much as the pipe holds, so that each read takes what is there.
-constexpr size_t kReadPiece = size_t{1} << 20;
-
-// The tool's output goes straight into the decoder's buffers.
-class DecodingSink final : public OutputSink {
- public:
-  std::span<char> room() override { return decoder_.prepare(kReadPiece); }
-  void commit(size_t bytes) override { decoder_.commit(bytes); }
-  Expected<EntryList> finish() { return decoder_.finish(); }
-
- private:
-  EntryDecoder decoder_;
-};
-
 constexpr std::string_view kParagraphSeparator = "\u2029";
 
-}  // namespace
-
-LogShowOutput runLogShow(const std::filesystem::path& tool, const std::vector<std::string>& args) {
-  LogShowOutput out;
-  DecodingSink sink;
-  auto exit = runChildProcess(tool, args, sink);
-  if (!exit) {
-    out.launchFailure = exit.error();
-    return out;
+// A line cut to its first bytes, at a character's start, with an ellipsis when cut.
+void appendCutLine(std::string& text, std::string_view line) {
+  if (line.size() <= kShownErrorLineBytes) {
+    text += line;
+    return;
   }
-  out.status = exit->status;
-  out.standardError = std::move(exit->standardError);
-  if (auto entries = sink.finish()) out.entries = std::move(*entries);
-  return out;
+  size_t end = kShownErrorLineBytes;
+  while (end > 0 && (static_cast<unsigned char>(line[end]) & 0xC0) == 0x80)
+    --end;
+  text += line.substr(0, end);
+  text += "\u2026";
 }
+
+// What the tool said, as extra text after the fixed message: its first lines, and how many more
+// there were, so that the alert fits on the screen however much it said.
+std::string toolErrorExcerpt(std::string_view said, size_t lines) {
+  std::string text;
+  size_t shown = 0;
+  for (size_t at = 0; at < said.size() && shown < kShownErrorLines; ++shown) {
+    const size_t end = std::min(said.find('\n', at), said.size());
+    if (shown) text += '\n';
+    appendCutLine(text, said.substr(at, end - at));
+    at = end + 1;
+  }
+  while (!text.empty() && (text.back() == '\n' || text.back() == ' '))
+    text.pop_back();
+  if (lines > shown) {
+    const size_t more = lines - shown;
+    text += '\n';
+    text += kMoreLinesPrefix;
+    text += std::to_string(more);
+    text += more == 1 ? kMoreLineSuffix : kMoreLinesSuffix;
+  }
+  return text;
+}
+
+}  // namespace
 
 LogShowCompletion completeLogShow(LogShowOutput&& output, Document& document, StylerInput style,
                                   const CompletionContext& context) {
@@ -46,15 +53,16 @@ LogShowCompletion completeLogShow(LogShowOutput&& output, Document& document, St
     done.alertText = std::string(kLogNotStartedPrefix) + output.launchFailure->message();
     return done;
   }
-  if (output.status != 0) {
+  if (!output.entries && output.entries.error().kind == ErrorKind::tooLarge) {
+    done.alertText = output.entries.error().message();
+    return done;
+  }
+  if (output.status != 0 && !output.endedEarly) {
     std::string text(kLogErrorPrefix);
     text += std::to_string(output.status);
-    // What the tool said comes after the fixed message, as extra text.
     if (!output.standardError.empty()) {
       text += "\n\n";
-      text += output.standardError;
-      while (!text.empty() && (text.back() == '\n' || text.back() == ' '))
-        text.pop_back();
+      text += toolErrorExcerpt(output.standardError, output.standardErrorLines);
     }
     done.alertText = std::move(text);
     return done;
@@ -62,6 +70,7 @@ LogShowCompletion completeLogShow(LogShowOutput&& output, Document& document, St
   done.theNowStr = context.formatter.format(context.now);
   if (!output.entries) {
     document.theJSONDictionaries = std::make_shared<const EntryList>();
+    done.decodeError = output.entries.error();
     return done;
   }
   document.theJSONDictionaries = std::make_shared<const EntryList>(std::move(*output.entries));

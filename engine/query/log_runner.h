@@ -1,13 +1,11 @@
 #pragma once
-// One Get Log after its argument list is built: the log tool run on the window's processing
-// queue with its output decoded as it arrives, then the completion on the main thread, which
-// says what the window must show.
+// The completion of one Get Log on the main thread: what the window must show once the log
+// tool's run (engine/query/log_fetch.h) has handed back its output.
 
-#include <filesystem>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "engine/core/date_format.h"
 #include "engine/core/entry_list.h"
@@ -22,16 +20,29 @@ inline constexpr std::string_view kLogErrorPrefix = "log command returned error 
 inline constexpr std::string_view kLogNotStartedPrefix = "log command could not be started: ";
 inline constexpr std::string_view kDocumentNamePrefix = "Kavor_";
 
+inline constexpr std::string_view kLogOutputTooLargeText =
+    "the log output is too large for the memory available";
+// After the first lines of what the tool wrote on standard error: "… and 4980 more lines".
+inline constexpr std::string_view kMoreLinesPrefix = "\u2026 and ";
+inline constexpr std::string_view kMoreLinesSuffix = " more lines";
+inline constexpr std::string_view kMoreLineSuffix = " more line";
+inline constexpr size_t kShownErrorLines = 20;
+inline constexpr size_t kShownErrorLineBytes = 300;
+
 // What the run brings back to the main thread.
 struct LogShowOutput {
   std::optional<Error> launchFailure;  // the tool could not be started at all
+  // The tool's termination status: its exit status, or the number of the signal that ended it.
   int status = 0;
-  std::string standardError;
-  std::optional<EntryList> entries;  // none when the output did not decode, empty output too
+  // The output was known not to decode before the tool finished, so the tool was ended: its
+  // status then says nothing of its own.
+  bool endedEarly = false;
+  std::string standardError;      // its first 64 KiB
+  size_t standardErrorLines = 0;  // all it wrote there
+  // The entries, or why there are none: the output does not decode (empty output included), or
+  // it is too large to hold.
+  Expected<EntryList> entries = Error{ErrorKind::parse, "the log tool was not run", 0};
 };
-
-// Runs on processingQueue; touches nothing shared.
-LogShowOutput runLogShow(const std::filesystem::path& tool, const std::vector<std::string>& args);
 
 struct LogShowCompletion {
   // The informative text of the alert "An error occurred in your last action:"; when set,
@@ -43,7 +54,8 @@ struct LogShowCompletion {
   std::string displayName;
   StyledEntries styled;
   size_t lineCount = 0;
-  bool queueChart = false;  // collect the chart data of the document
+  bool queueChart = false;           // collect the chart data of the document
+  std::optional<Error> decodeError;  // why the output did not decode, when it did not
 };
 
 struct CompletionContext {

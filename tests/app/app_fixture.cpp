@@ -14,6 +14,7 @@
 #include "app/query/result_view.h"
 #include "app/query/view_controller.h"
 #include "platform/child_process.h"
+#include "tests/platform/process_state.h"
 
 namespace kavor::app_testing {
 
@@ -62,6 +63,10 @@ namespace {
 constexpr std::string_view kFakeTool = R"sh(#!/bin/sh
 here=$(dirname "$0")
 printf '%s\0' "$@" > "$here/log.args"
+if [ -f "$here/log.endless" ]; then
+  echo $$ > "$here/log.pid"
+  exec sleep 1000
+fi
 if [ -f "$here/log.status" ]; then
   cat "$here/log.stderr" >&2
   exit "$(cat "$here/log.status")"
@@ -90,6 +95,14 @@ void FakeToolRoot::printOutput(std::string_view output) {
 void FakeToolRoot::failWith(int status, std::string_view standardError) {
   writeFile(root() / "usr/bin/log.status", std::to_string(status));
   writeFile(root() / "usr/bin/log.stderr", standardError);
+}
+
+void FakeToolRoot::runEndlessly() {
+  writeFile(root() / "usr/bin/log.endless", "");
+}
+
+pid_t FakeToolRoot::runningPid() const {
+  return testing_support::waitForPidFile(root() / "usr/bin/log.pid");
 }
 
 std::vector<std::string> FakeToolRoot::lastArguments() const {

@@ -2,6 +2,7 @@
 // What the window tests share: a system root (made by the stand-in tool, or a scripted fake
 // tool), answers for alerts and panels, and an application context over an in-memory store.
 
+#include <sys/types.h>
 #include <QString>
 #include <deque>
 #include <filesystem>
@@ -52,6 +53,10 @@ class FakeToolRoot {
   void printOutput(std::string_view output);
   // Exit with the status, writing this to standard error.
   void failWith(int status, std::string_view standardError);
+  // Run until ended, saying its process number first.
+  void runEndlessly();
+  // The process number of the endless run, once it has said it.
+  pid_t runningPid() const;
   // The arguments of the last run, after the program.
   std::vector<std::string> lastArguments() const;
 

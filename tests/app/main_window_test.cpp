@@ -12,6 +12,7 @@
 #include <QTest>
 
 #include "app/document/app_document.h"
+#include "app/document/document_controller.h"
 #include "app/query/result_view.h"
 #include "app/query/view_controller.h"
 #include "app/shell/main_menu.h"
@@ -19,6 +20,7 @@
 #include "platform/clock.h"
 #include "tests/app/app_fixture.h"
 #include "tests/app/app_test_registry.h"
+#include "tests/platform/process_state.h"
 #include "ui_document_window.h"
 
 using namespace kavor;
@@ -106,6 +108,32 @@ class MainWindowTest : public QObject {
     QCOMPARE(label(view.ui().entryCount), QString("(3)"));
     QCOMPARE(view.document()->record().theJSONDictionaries->size(), size_t{3});
     QVERIFY(view.ui().progressSpinner->isHidden());
+
+    // A tool that says a great deal: its first lines, and how many more.
+    std::string many;
+    for (int line = 1; line <= 5000; ++line)
+      many += "log: error " + std::to_string(line) + "\n";
+    tool.failWith(1, many);
+    QVERIFY(TestApp::getLog(view));
+    const std::string& said = app.alerts.shown.at(1).informative;
+    QCOMPARE(std::count(said.begin(), said.end(), '\n'), 22);
+    QVERIFY(said.ends_with("\u2026 and 4980 more lines"));
+  }
+
+  void closingAWindowDuringARunEndsTheTool() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    AppDocument* document = app.newDocument();
+    ViewController& view = TestApp::controller(document);
+    tool.runEndlessly();
+    view.getLogButton();
+    const pid_t running = tool.runningPid();
+    QVERIFY(running > 0);
+    view.window()->close();
+    QVERIFY(app.context().documents().documents().empty());
+    TestApp::settle();  // the document goes, and its queue with it
+    QVERIFY(testing_support::processGone(running));
+    QVERIFY(app.alerts.shown.empty());
   }
 
   void emptyArrayEmptiesTheViewAndUndecodableOutputKeepsIt() {

@@ -5,16 +5,21 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 
+#include "engine/query/log_fetch.h"
 #include "platform/clock.h"
 #include "platform/main_thread.h"
 #include "platform/operation_queue.h"
+#include "tests/platform/process_state.h"
 #include "tests/platform/temp_folder.h"
 
 namespace kavor {
 namespace {
 
+using testing_support::processGone;
 using testing_support::TempFolder;
+using testing_support::waitForPidFile;
 
 // 2020-05-01 09:40:00 UTC as an absolute time.
 constexpr double kStart = 610018800.0;
@@ -42,10 +47,24 @@ class LogRunner : public ::testing::Test {
     ASSERT_EQ(document_.theJSONDictionaries->size(), 1u);
   }
 
+  // Where a script says a process number: "echo $$ > " + pidFile("tool").
+  std::string pidFile(const std::string& name) { return "'" + (folder_ / name).string() + ".pid'"; }
+  pid_t pidOf(const std::string& name) { return waitForPidFile(folder_ / (name + ".pid")); }
+  // Runs what the workers have posted so far.
+  void runPosted() {
+    bool reached = false;
+    mainLoop_.post([&] { reached = true; });
+    mainLoop_.runUntil([&] { return reached; });
+  }
+
   TempFolder folder_;
   FixedClock clock_{0};
   Document document_{clock_};
   DateFormatter formatter_{"yyyy-MM-dd HH:mm:ss", "UTC"};
+  // Declared before the queue, whose workers post to it, so that it outlives them.
+  SimpleMainLoop mainLoop_;
+  OperationQueue queue_{Document::kMaxConcurrentOperations};
+  LogFetch fetch_{queue_, mainLoop_};
 };
 
 TEST_F(LogRunner, AFailingToolGivesTheAlertAndChangesNothing) {
@@ -64,6 +83,27 @@ TEST_F(LogRunner, AFailingToolGivesTheAlertAndChangesNothing) {
   EXPECT_EQ(document_.theJSONDictionaries->size(), 1u);
 }
 
+TEST_F(LogRunner, AToolEndedByASignalReportsTheSignal) {
+  const LogShowCompletion done = complete(runLogShow(tool("killed", "kill -TERM $$"), {}));
+  EXPECT_EQ(done.alertText, "log command returned error number 15");
+}
+
+TEST_F(LogRunner, ALongComplaintShowsItsFirstLinesAndCountsTheRest) {
+  const auto many = tool("many", "seq 5000 | sed 's/^/log: error /' >&2; exit 1");
+  LogShowCompletion done = complete(runLogShow(many, {}));
+  ASSERT_TRUE(done.alertText.has_value());
+  const std::string& text = *done.alertText;
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 2 + 20);
+  EXPECT_TRUE(text.starts_with("log command returned error number 1\n\nlog: error 1\n"));
+  EXPECT_TRUE(text.ends_with("\nlog: error 20\n\u2026 and 4980 more lines")) << text;
+
+  const auto wide =
+      tool("wide", "head -c 5000 /dev/zero | tr '\\0' x >&2; echo >&2; echo last >&2; exit 1");
+  done = complete(runLogShow(wide, {}));
+  EXPECT_EQ(done.alertText,
+            "log command returned error number 1\n\n" + std::string(300, 'x') + "\u2026\nlast");
+}
+
 TEST_F(LogRunner, OutputThatDoesNotDecodeEmptiesTheEntriesOnly) {
   fetchedBefore();
   for (const char* body : {"exit 0", "echo 'log: no entries found'", "echo '{\"a\" : 1}'"}) {
@@ -72,10 +112,24 @@ TEST_F(LogRunner, OutputThatDoesNotDecodeEmptiesTheEntriesOnly) {
     EXPECT_FALSE(done.alertText.has_value());
     EXPECT_EQ(done.theNowStr, "2020-05-01 09:40:05");
     EXPECT_FALSE(done.redraw) << body;
+    // Why travels on to whoever shows it.
+    EXPECT_TRUE(done.decodeError.has_value()) << body;
     EXPECT_TRUE(document_.theJSONDictionaries->empty());
     EXPECT_EQ(document_.displayName, "kept");
     fetchedBefore();
   }
+}
+
+TEST_F(LogRunner, OutputKnownNotToDecodeEndsTheToolAtOnce) {
+  const auto noisy =
+      tool("noisy", "echo $$ > " + pidFile("noisy") + "; echo 'log: no entries'; exec sleep 1000");
+  LogShowOutput out = runLogShow(noisy, {});
+  EXPECT_TRUE(out.endedEarly);
+  EXPECT_TRUE(processGone(pidOf("noisy")));
+  const LogShowCompletion done = complete(std::move(out));
+  EXPECT_FALSE(done.alertText.has_value());  // the status is the ending's, not the tool's
+  ASSERT_TRUE(done.decodeError.has_value());
+  EXPECT_EQ(done.decodeError->kind, ErrorKind::parse);
 }
 
 TEST_F(LogRunner, AnEmptyArrayClearsTheViewWithoutAChart) {
@@ -112,22 +166,62 @@ TEST_F(LogRunner, ArgumentsReachTheToolUnchanged) {
 
 TEST_F(LogRunner, FourRunsAtOnceEachDeliverTheirOwn) {
   const auto slow = tool("slow", "sleep 0.3; printf '[{\"eventMessage\" : \"%s\"}]' \"$1\"");
-  OperationQueue processingQueue(Document::kMaxConcurrentOperations);
-  SimpleMainLoop mainLoop;
   std::vector<std::string> delivered;
-  for (int i = 0; i < 4; ++i) {
-    processingQueue.addOperation([&, i] {
-      auto out = std::make_shared<LogShowOutput>(runLogShow(slow, {"run " + std::to_string(i)}));
-      mainLoop.post([&, out] {
-        complete(std::move(*out));
-        delivered.emplace_back(
-            document_.theJSONDictionaries->value(0, EntryKey::eventMessage).text());
-      });
+  for (int i = 0; i < 4; ++i)
+    fetch_.start(slow, {"run " + std::to_string(i)}, [&](LogShowOutput&& out) {
+      complete(std::move(out));
+      delivered.emplace_back(
+          document_.theJSONDictionaries->value(0, EntryKey::eventMessage).text());
     });
-  }
-  mainLoop.runUntil([&] { return delivered.size() == 4; });
+  EXPECT_EQ(fetch_.runsInFlight(), 4u);
+  mainLoop_.runUntil([&] { return delivered.size() == 4; });
+  EXPECT_EQ(fetch_.runsInFlight(), 0u);
   std::sort(delivered.begin(), delivered.end());
   EXPECT_EQ(delivered, (std::vector<std::string>{"run 0", "run 1", "run 2", "run 3"}));
+}
+
+TEST_F(LogRunner, CancellingEndsTheToolsAndDropsTheirRuns) {
+  bool completed = false;
+  // One with a child of its own, one that ignores the request to end and is killed after the
+  // grace. Each says its number last, once all is set.
+  const auto parent = tool("parent", "sleep 1000 & echo $! > " + pidFile("child") + "; echo $$ > " +
+                                         pidFile("parent") + "; wait");
+  const auto stubborn =
+      tool("stubborn", "trap '' TERM; echo $$ > " + pidFile("stubborn") + "; exec sleep 1000");
+  for (const auto& endless : {parent, stubborn})
+    fetch_.start(endless, {}, [&](LogShowOutput&&) { completed = true; });
+  const pid_t running[] = {pidOf("parent"), pidOf("stubborn"), pidOf("child")};
+  for (const pid_t pid : running)
+    ASSERT_GT(pid, 0);
+  fetch_.cancel();
+  EXPECT_EQ(fetch_.runsInFlight(), 0u);
+  queue_.waitUntilAllOperationsAreFinished();  // the runs have returned
+  EXPECT_TRUE(processGone(running[0]));
+  EXPECT_TRUE(processGone(running[1]));
+  // Not the tool's own child, so reaped by whoever adopted it.
+  EXPECT_TRUE(testing_support::waitUntilEnded(running[2]));
+  runPosted();
+  EXPECT_FALSE(completed);
+}
+
+TEST_F(LogRunner, AResultThatArrivesForAFetchGoneIsDropped) {
+  bool completed = false;
+  auto fetch = std::make_unique<LogFetch>(queue_, mainLoop_);
+  fetch->start(tool("quick", "echo '[]'"), {}, [&](LogShowOutput&&) { completed = true; });
+  queue_.waitUntilAllOperationsAreFinished();  // its result is posted
+  fetch.reset();
+  runPosted();
+  EXPECT_FALSE(completed);
+}
+
+TEST_F(LogRunner, RunningOutOfMemoryIsAnAlertNotAnEnd) {
+  fetchedBefore();
+  std::optional<LogShowCompletion> done;
+  fetch_.start([](std::stop_token) -> LogShowOutput { throw std::bad_alloc(); },
+               [&](LogShowOutput&& out) { done = complete(std::move(out)); });
+  mainLoop_.runUntil([&] { return done.has_value(); });
+  EXPECT_EQ(done->alertText, std::string(kLogOutputTooLargeText));
+  EXPECT_EQ(document_.theJSONDictionaries->size(), 1u);
 }
 
 TEST(ParagraphCount, CountsAsATextViewDoes) {

@@ -33,12 +33,17 @@ TEST(ChildProcess, StatusAndStandardErrorAreKept) {
   EXPECT_EQ(exit.status, 64);
   EXPECT_EQ(out, "partial\n");
   EXPECT_EQ(exit.standardError, "log: bad predicate\n");
+  EXPECT_EQ(exit.standardErrorLines, 1u);
+  // A signal is reported by its own number, as the platform's termination status has it.
   exit = runShell("kill -9 $$", {}, out);
-  EXPECT_EQ(exit.status, 128 + 9);
-  // Far more than a pipe holds, on both streams at once.
-  exit = runShell("head -c 3000000 /dev/zero; head -c 200000 /dev/zero >&2", {}, out);
+  EXPECT_EQ(exit.status, 9);
+  EXPECT_TRUE(exit.signalled);
+  EXPECT_FALSE(exit.stopped);
+  // Far more than a pipe holds, on both streams at once; every line of standard error counts.
+  exit = runShell("head -c 3000000 /dev/zero; seq 30000 >&2; printf end >&2", {}, out);
   EXPECT_EQ(out.size(), 3000000u);
   EXPECT_EQ(exit.standardError.size(), size_t{64} << 10);
+  EXPECT_EQ(exit.standardErrorLines, 30001u);
 }
 
 TEST(ChildProcess, AMissingProgramIsAnError) {

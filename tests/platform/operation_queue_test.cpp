@@ -15,6 +15,7 @@ TEST(OperationQueue, RunsEveryOperationButNeverMoreThanTheLimitAtOnce) {
   constexpr int kOperations = 300;
   {
     OperationQueue queue(4);
+    EXPECT_EQ(queue.threadCount(), 0u);  // threads start with the first operation
     for (int i = 0; i < kOperations; ++i) {
       queue.addOperation([&] {
         const int now = ++active;
@@ -29,6 +30,7 @@ TEST(OperationQueue, RunsEveryOperationButNeverMoreThanTheLimitAtOnce) {
     }
     queue.waitUntilAllOperationsAreFinished();
     EXPECT_EQ(done.load(), kOperations);
+    EXPECT_LE(queue.threadCount(), 4u);
     // Operations may add operations; the queue is idle only when those have run too.
     queue.addOperation([&] { queue.addOperation([&] { ++done; }); });
     queue.waitUntilAllOperationsAreFinished();
@@ -47,6 +49,7 @@ TEST(OperationQueue, OneAtATimeRunsInTheOrderAdded) {
     OperationQueue queue(0);  // asks for none, gets one
     for (int i = 0; i < 100; ++i)
       queue.addOperation([&order, i] { order.push_back(i); });
+    EXPECT_EQ(queue.threadCount(), 1u);
   }
   ASSERT_EQ(order.size(), 100u);
   for (int i = 0; i < 100; ++i)

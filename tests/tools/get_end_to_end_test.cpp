@@ -1,10 +1,15 @@
 // kavor-cli get against a simulated system: the whole Get Log path, tool included.
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <string>
 
+#include "tests/platform/process_state.h"
 #include "tests/platform/temp_folder.h"
 #include "tests/tools/run_program.h"
 
@@ -75,6 +80,78 @@ TEST_F(GetEndToEnd, AnArchiveWithSpacesAndQuotesInItsPath) {
   // Every line is a kernel entry: no subsystem, so two spaces after the timestamp.
   for (size_t at = 0; at < got.out.size(); at = got.out.find('\n', at) + 1)
     EXPECT_EQ(got.out.substr(at + 31, 2), "  ");
+}
+
+// A system whose log tool is a script, for what the stand-in tool never does.
+class GetWithScriptedTool : public ::testing::Test {
+ protected:
+  void useTool(const std::string& body) {
+    const auto tool = folder_ / "usr/bin/log";
+    kavor::testing_support::writeFile(tool, "#!/bin/sh\n" + body + "\n");
+    std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
+    kavor::testing_support::writeFile(
+        folder_ / "System/Library/CoreServices/SystemVersion.plist",
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>"
+        "<key>ProductVersion</key><string>10.15.7</string></dict></plist>\n");
+  }
+  // A tool that says its process number, then runs until it is ended.
+  void useEndlessTool() { useTool("echo $$ > \"$0.pid\"; exec sleep 1000"); }
+  pid_t toolPid() const {
+    return kavor::testing_support::waitForPidFile(folder_ / "usr/bin/log.pid");
+  }
+  // kavor-cli get started in the background, its output thrown away.
+  pid_t startGet() const {
+    const std::string root = folder_.path().string();
+    const pid_t pid = ::fork();
+    if (pid == 0) {
+      ::setenv("KAVOR_SYSTEM_ROOT", root.c_str(), 1);
+      const int null = ::open("/dev/null", O_WRONLY);
+      ::dup2(null, 1);
+      ::dup2(null, 2);
+      ::execl(KAVOR_CLI, KAVOR_CLI, "get", static_cast<char*>(nullptr));
+      ::_exit(127);
+    }
+    return pid;
+  }
+
+  kavor::testing_support::TempFolder folder_;
+};
+
+TEST_F(GetWithScriptedTool, ASignalEndsTheToolThenTheCommand) {
+  useEndlessTool();
+  for (const int signal : {SIGTERM, SIGINT}) {
+    std::filesystem::remove(folder_ / "usr/bin/log.pid");
+    const pid_t get = startGet();
+    const pid_t tool = toolPid();
+    ASSERT_GT(tool, 0);
+    ::kill(get, signal);
+    int status = 0;
+    ASSERT_EQ(::waitpid(get, &status, 0), get);
+    ASSERT_TRUE(WIFEXITED(status)) << "ended by signal " << WTERMSIG(status);
+    EXPECT_EQ(WEXITSTATUS(status), 128 + signal);
+    EXPECT_TRUE(kavor::testing_support::processGone(tool)) << signal;
+  }
+}
+
+#ifdef __linux__
+TEST_F(GetWithScriptedTool, AKilledCommandTakesItsToolWithIt) {
+  useEndlessTool();
+  const pid_t get = startGet();
+  const pid_t tool = toolPid();
+  ASSERT_GT(tool, 0);
+  ::kill(get, SIGKILL);
+  ::waitpid(get, nullptr, 0);
+  EXPECT_TRUE(kavor::testing_support::waitUntilEnded(tool));
+}
+#endif
+
+TEST_F(GetWithScriptedTool, OutputThatDoesNotDecodeGivesTheReason) {
+  useTool("echo 'log: no entries found'");
+  const ProgramRun got =
+      runProgram({KAVOR_CLI, "get"}, {{"KAVOR_SYSTEM_ROOT", folder_.path().string()}});
+  EXPECT_EQ(got.status, 1);
+  EXPECT_NE(got.err.find("the log tool's output does not decode: "), std::string::npos) << got.err;
+  EXPECT_NE(got.err.find("JSON array"), std::string::npos) << got.err;
 }
 
 }  // namespace
