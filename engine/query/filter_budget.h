@@ -1,0 +1,51 @@
+#pragma once
+// The time one styling pass may spend matching its filter's regular expression. ICU stops a
+// single match after a fixed number of its steps (tens of milliseconds), but a pattern that
+// backtracks without end pays that on every message, hours over millions of entries; the budget
+// bounds the pass as a whole. Read on a monotonic clock, which tests replace with their own so
+// that nothing depends on the machine's speed.
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace kavor {
+
+struct FilterBudget {
+  // Called on the thread that styles.
+  using Clock = std::function<std::chrono::nanoseconds()>;
+  static constexpr std::chrono::nanoseconds kTotal = std::chrono::seconds(3);
+
+  std::chrono::nanoseconds total = kTotal;
+  Clock clock;  // empty: the steady clock
+};
+
+// Adds up the time of one pass's matches against its budget. Not shared between threads.
+class MatchTimer {
+ public:
+  explicit MatchTimer(FilterBudget budget);
+
+  void begin();
+  // During a match: true once the budget is spent, counting the match so far.
+  bool overrun();
+  void end();
+  bool spent() const { return spent_; }
+
+ private:
+  std::chrono::nanoseconds now() const;
+
+  FilterBudget budget_;
+  std::chrono::nanoseconds used_{0};
+  std::chrono::nanoseconds began_{0};
+  bool spent_ = false;
+};
+
+// What the window says above the result when the filter could not decide every entry: the pass
+// ran out of its budget (the entries matched until then are shown), or single messages took too
+// long to decide (their entries are not shown). None when every entry was decided.
+std::optional<std::string> slowFilterNotice(bool passStopped, size_t undecided,
+                                            std::chrono::nanoseconds total);
+
+}  // namespace kavor
