@@ -6,7 +6,10 @@
 #include <QMenu>
 #include <QPointer>
 #include <QWidget>
+#include <cstdint>
 #include <memory>
+#include <optional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -57,6 +60,10 @@ class ViewController final : public QWidget {
   Ui::DocumentWindow& ui() const { return *ui_; }
   // Runs started and not yet completed.
   int runsInFlight() const { return runsInFlight_; }
+  // A restyle runs off the main thread and its result is not shown yet.
+  bool restyling() const { return restyling_; }
+  // The time a restyle's filter may spend matching; tests hand in one on their own clock.
+  void setFilterBudget(FilterBudget budget) { filterBudget_ = std::move(budget); }
 
  public slots:
   void setLimit();
@@ -105,7 +112,18 @@ class ViewController final : public QWidget {
   void showActionError(const std::string& text);
   // The style text is kept in styleText, which must outlive the input.
   StylerInput stylerInput(std::string& styleText) const;
+  // The current choices and entries, held by value for a restyle.
+  StyleRequest styleRequest() const;
+  // Styles and shows the result: at once when that is quick, else on the processing queue with
+  // the spinner showing until the result is shown. Replaces any restyle still running.
+  void restyle(StyleRequest request);
+  // Ends the restyle still running, if any, so that its result is never shown; returns the
+  // generation of whatever is shown next.
+  uint64_t supersedeRestyles();
+  // A result styled elsewhere (a fetch's completion), shown in place of any running restyle's.
   void showStyled(const StyledEntries& styled);
+  void applyStyled(const StyledEntries& styled);
+  void showNotice(const std::optional<std::string>& notice);
   void showLineCount();
   void completeLogShow(LogShowOutput&& output, const std::shared_ptr<const Run>& run);
 
@@ -120,8 +138,14 @@ class ViewController final : public QWidget {
   NotificationCenter::Observation customsChanged_;
   bool showingBoxes_ = false;
   int runsInFlight_ = 0;
-  // Declared last so that it goes first: its destructor waits for runs still on it, which post
-  // their completion to this controller.
+  FilterBudget filterBudget_;
+  // Counts restyles, fetch results and conversions shown, so that a restyle finishing after a
+  // newer one began drops its result.
+  uint64_t restyleGeneration_ = 0;
+  std::stop_source restyleStop_;
+  bool restyling_ = false;
+  // Declared last so that it goes first: its destructor waits for runs and restyles still on it,
+  // which post their completion to this controller.
   std::unique_ptr<OperationQueue> processingQueue_;
 };
 

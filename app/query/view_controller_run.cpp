@@ -1,5 +1,6 @@
 // The main window's query form and its results: the period, the source, Get Log with its run on
-// the processing queue and its completion, restyling, and CSV conversion.
+// the processing queue and its completion, restyling (on the processing queue when it is not
+// quick), and CSV conversion.
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -128,10 +129,65 @@ StylerInput ViewController::stylerInput(std::string& styleText) const {
   return input;
 }
 
+StyleRequest ViewController::styleRequest() const {
+  StyleRequest request;
+  request.choices = stylerInput(request.styleText);
+  if (const AppDocument* owner = document()) request.entries = owner->record().theJSONDictionaries;
+  request.choices.filterBudget = filterBudget_;
+  return request;
+}
+
+void ViewController::restyle(StyleRequest request) {
+  const uint64_t generation = supersedeRestyles();
+  const StylerInput input = request.input();
+  if (stylesQuickly(input)) {
+    applyStyled(styleEntries(input));
+    stopSpinner();
+    return;
+  }
+  request.choices.stop = restyleStop_.get_token();
+  restyling_ = true;
+  startSpinner();
+  processingQueue_->addOperation([this, generation, request = std::move(request)] {
+    // On processingQueue: reads the shared entries and its own copies, nothing of the window.
+    auto styled = std::make_shared<StyledEntries>(styleEntries(request.input()));
+    QMetaObject::invokeMethod(
+        this,
+        [this, generation, styled] {
+          if (generation != restyleGeneration_) return;  // something newer is shown
+          restyling_ = false;
+          applyStyled(*styled);
+          stopSpinner();
+        },
+        Qt::QueuedConnection);
+  });
+}
+
+uint64_t ViewController::supersedeRestyles() {
+  restyleStop_.request_stop();
+  restyleStop_ = std::stop_source();
+  if (restyling_) {
+    restyling_ = false;
+    stopSpinner();
+  }
+  return ++restyleGeneration_;
+}
+
 void ViewController::showStyled(const StyledEntries& styled) {
+  supersedeRestyles();
+  applyStyled(styled);
+}
+
+void ViewController::applyStyled(const StyledEntries& styled) {
   resultView().setStyledText(styled.text);
   if (styled.entryCount) ui_->entryCount->setText(qstring(*styled.entryCount));
   showLineCount();
+  showNotice(styled.notice);
+}
+
+void ViewController::showNotice(const std::optional<std::string>& notice) {
+  ui_->resultNotice->setText(notice ? qstring(*notice) : QString());
+  ui_->resultNotice->setVisible(notice.has_value());
 }
 
 void ViewController::showLineCount() {
@@ -142,15 +198,14 @@ void ViewController::refreshResults() {
   const AppDocument* owner = document();
   if (!owner || owner->record().theJSONDictionaries->empty()) return;
   startSpinner();
-  // Queued, so the spinner shows before the styling starts.
+  // Queued, so the spinner shows before a quick styling starts.
   QMetaObject::invokeMethod(
       this,
       [this] {
-        if (document()) {
-          std::string styleText;
-          showStyled(styleEntries(stylerInput(styleText)));
-        }
-        stopSpinner();
+        if (document())
+          restyle(styleRequest());
+        else
+          stopSpinner();
       },
       Qt::QueuedConnection);
 }
@@ -170,8 +225,10 @@ void ViewController::doConversion() {
       convertToCsv(*owner->record().theJSONDictionaries, settings_.osVersion,
                    {settings_.showLogEntries, settings_.showSignposts, settings_.showActivities});
   if (!csv) return;
+  supersedeRestyles();
   resultView().setStyledText({std::move(*csv), {}});
   showLineCount();
+  showNotice(std::nullopt);
 }
 
 void ViewController::startSpinner() {
