@@ -56,12 +56,25 @@ struct CaselessText::Folded {
   bool foundIn(const icu::UnicodeString& message) {
     bool measured = false;
     for (int32_t at = message.indexOf(needle); at >= 0; at = message.indexOf(needle, at + 1)) {
-      // Without ICU's rules, code points are the best measure left.
-      if (!measured && !measure(message)) return true;
-      measured = true;
-      if (characters->isBoundary(at) && characters->isBoundary(at + needle.length())) return true;
+      if (isBoundary(message, at, measured) && isBoundary(message, at + needle.length(), measured))
+        return true;
     }
     return false;
+  }
+
+  // Between two ASCII characters there is a boundary but inside CR LF, so ICU's rules are only
+  // asked where a match meets other characters.
+  bool isBoundary(const icu::UnicodeString& message, int32_t at, bool& measured) {
+    if (at <= 0 || at >= message.length()) return true;
+    const char16_t before = message[at - 1];
+    const char16_t after = message[at];
+    if (before < 0x80 && after < 0x80) return before != '\r' || after != '\n';
+    if (!measured) {
+      // Without ICU's rules, code points are the best measure left.
+      if (!measure(message)) return true;
+      measured = true;
+    }
+    return characters->isBoundary(at);
   }
 
   bool measure(const icu::UnicodeString& message) {
