@@ -16,23 +16,21 @@ constexpr std::string_view kSomeMessages = " for some messages: ";
 
 MatchTimer::MatchTimer(FilterBudget budget) : budget_(std::move(budget)) {}
 
-std::chrono::nanoseconds MatchTimer::now() const {
-  if (budget_.clock) return budget_.clock();
-  return std::chrono::steady_clock::now().time_since_epoch();
-}
-
-void MatchTimer::begin() {
-  began_ = now();
-}
-
-bool MatchTimer::overrun() {
-  if (used_ + (now() - began_) >= budget_.total) spent_ = true;
+bool MatchTimer::spentBeforeMatch() {
+  if (!spent_ && matches_++ % kMatchesPerReading == 0) read();
   return spent_;
 }
 
-void MatchTimer::end() {
-  used_ += now() - began_;
-  if (used_ >= budget_.total) spent_ = true;
+bool MatchTimer::overrun() {
+  read();
+  return spent_;
+}
+
+void MatchTimer::read() {
+  const std::chrono::nanoseconds now =
+      budget_.clock ? budget_.clock() : std::chrono::steady_clock::now().time_since_epoch();
+  if (!deadline_) deadline_ = now + budget_.total;
+  if (now >= *deadline_) spent_ = true;
 }
 
 std::optional<std::string> slowFilterNotice(bool passStopped, size_t undecided,

@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -22,23 +23,27 @@ struct FilterBudget {
   Clock clock;  // empty: the steady clock
 };
 
-// Adds up the time of one pass's matches against its budget. Not shared between threads.
+// Holds one pass's matches to its budget, counted from the first match. The clock is read before
+// every few matches (a reading costs a tenth of a short match) and on every ICU step of a long
+// one, so the pass overruns its budget by a few short matches at most. Not shared between threads.
 class MatchTimer {
  public:
+  static constexpr uint64_t kMatchesPerReading = 8;
+
   explicit MatchTimer(FilterBudget budget);
 
-  void begin();
-  // During a match: true once the budget is spent, counting the match so far.
+  // Before a match: true once the budget is spent.
+  bool spentBeforeMatch();
+  // During a match: true once the budget is spent.
   bool overrun();
-  void end();
   bool spent() const { return spent_; }
 
  private:
-  std::chrono::nanoseconds now() const;
+  void read();
 
   FilterBudget budget_;
-  std::chrono::nanoseconds used_{0};
-  std::chrono::nanoseconds began_{0};
+  std::optional<std::chrono::nanoseconds> deadline_;
+  uint64_t matches_ = 0;
   bool spent_ = false;
 };
 

@@ -62,14 +62,12 @@ struct LogFilter::Regex {
 
   // Empty when the match was cut short.
   std::optional<bool> find(std::string_view text) {
-    if (timer.spent()) return std::nullopt;
+    if (timer.spentBeforeMatch()) return std::nullopt;
     UErrorCode status = U_ZERO_ERROR;
     utext_openUTF8(&message, text.data(), static_cast<int64_t>(text.size()), &status);
     if (U_FAILURE(status)) return false;
     matcher->reset(&message);
-    timer.begin();
     const bool found = matcher->find(0, status);
-    timer.end();
     if (status == U_REGEX_TIME_OUT || status == U_REGEX_STOPPED_BY_CALLER) return std::nullopt;
     return U_SUCCESS(status) && found;
   }
