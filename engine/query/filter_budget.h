@@ -1,9 +1,9 @@
 #pragma once
-// The time one styling pass may spend matching its filter's regular expression. ICU stops a
-// single match after a fixed number of its steps (tens of milliseconds), but a pattern that
-// backtracks without end pays that on every message, hours over millions of entries; the budget
-// bounds the pass as a whole. Read on a monotonic clock, which tests replace with their own so
-// that nothing depends on the machine's speed.
+// The time one styling pass may take over its filter's regular expression, from its first match
+// on. ICU stops a single match after a fixed number of its steps (tens of milliseconds), but a
+// pattern that backtracks without end pays that on every message, hours over millions of entries;
+// the budget bounds the pass as a whole. Read on a monotonic clock, which tests replace with their
+// own so that nothing depends on the machine's speed.
 
 #include <chrono>
 #include <cstddef>
