@@ -42,10 +42,14 @@ ViewController::ViewController(AppContext& app, QWidget* parent)
   ui_->periodStep->setValue(settings_.theTimePeriod);
   for (QComboBox* box : {ui_->comboPredicate, ui_->comboFilter, ui_->comboStyle})
     box->setCompleter(nullptr);  // completion would change what the user typed
+  ui_->resultNotice->hide();
   connectControls();
 }
 
-ViewController::~ViewController() = default;
+// A restyle still running ends at once instead of spending its budget on a closed window.
+ViewController::~ViewController() {
+  restyleStop_.request_stop();
+}
 
 ResultView& ViewController::resultView() const {
   return *ui_->theResText;

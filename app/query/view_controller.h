@@ -6,7 +6,10 @@
 #include <QMenu>
 #include <QPointer>
 #include <QWidget>
+#include <cstdint>
 #include <memory>
+#include <optional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -59,6 +62,10 @@ class ViewController final : public QWidget {
   size_t runsInFlight() const { return fetch_ ? fetch_->runsInFlight() : 0; }
   // Ends the runs of the log tool still going; their results are never shown.
   void cancelRuns();
+  // A restyle runs off the main thread and its result is not shown yet.
+  bool restyling() const { return restyling_; }
+  // The time a restyle's filter may spend matching; tests hand in one on their own clock.
+  void setFilterBudget(FilterBudget budget) { filterBudget_ = std::move(budget); }
 
  public slots:
   void setLimit();
@@ -107,7 +114,18 @@ class ViewController final : public QWidget {
   void showActionError(const std::string& text);
   // The style text is kept in styleText, which must outlive the input.
   StylerInput stylerInput(std::string& styleText) const;
+  // The current choices and entries, held by value for a restyle.
+  StyleRequest styleRequest() const;
+  // Styles and shows the result: at once when that is quick, else on the processing queue with
+  // the spinner showing until the result is shown. Replaces any restyle still running.
+  void restyle(StyleRequest request);
+  // Ends the restyle still running, if any, so that its result is never shown; returns the
+  // generation of whatever is shown next.
+  uint64_t supersedeRestyles();
+  // A result styled elsewhere (a fetch's completion), shown in place of any running restyle's.
   void showStyled(const StyledEntries& styled);
+  void applyStyled(const StyledEntries& styled);
+  void showNotice(const std::optional<std::string>& notice);
   void showLineCount();
   void completeLogShow(LogShowOutput&& output, const std::shared_ptr<const Run>& run);
 
@@ -123,6 +141,12 @@ class ViewController final : public QWidget {
   bool showingBoxes_ = false;
   // Made with the first Get Log, on the document's queue; it cancels its runs when it goes.
   std::unique_ptr<LogFetch> fetch_;
+  FilterBudget filterBudget_;
+  // Counts restyles, fetch results and conversions shown, so that a restyle finishing after a
+  // newer one began drops its result.
+  uint64_t restyleGeneration_ = 0;
+  std::stop_source restyleStop_;
+  bool restyling_ = false;
 };
 
 }  // namespace kavor::app

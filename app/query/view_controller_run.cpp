@@ -1,5 +1,6 @@
 // The main window's query form and its results: the period, the source, Get Log with its run on
-// the document's processing queue and its completion, restyling, and CSV conversion.
+// the document's processing queue and its completion, restyling (on the document's queue when it
+// is not quick), and CSV conversion.
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -94,9 +95,10 @@ void ViewController::completeLogShow(LogShowOutput&& output,
   AppDocument* owner = document();
   if (!owner) return;
   std::string styleText;
-  const LogShowCompletion done = kavor::completeLogShow(
-      std::move(output), owner->record(), stylerInput(styleText),
-      {run->formatter, run->startDate, app_.clock().now(), app_.delegate().dontShowGraphView});
+  const LogShowCompletion done =
+      kavor::completeLogShow(std::move(output), owner->record(), stylerInput(styleText),
+                             {run->formatter, run->startDate, app_.clock().now(),
+                              app_.delegate().dontShowGraphView, true});
   if (done.alertText) {
     stopSpinner();
     showActionError(*done.alertText);
@@ -106,10 +108,13 @@ void ViewController::completeLogShow(LogShowOutput&& output,
   theNowStr_ = done.theNowStr;
   if (done.redraw) {
     window()->setWindowTitle(qstring(done.displayName));
-    showStyled(done.styled);
+    if (done.styleLater)
+      restyle(styleRequest());
+    else
+      showStyled(done.styled);
   }
   if (done.queueChart) owner->computeChartData();
-  stopSpinner();
+  if (!restyling_) stopSpinner();  // else the restyle stops it when its result is shown
   emit logShowCompleted();
 }
 
@@ -127,10 +132,68 @@ StylerInput ViewController::stylerInput(std::string& styleText) const {
   return input;
 }
 
+StyleRequest ViewController::styleRequest() const {
+  StyleRequest request;
+  request.choices = stylerInput(request.styleText);
+  if (const AppDocument* owner = document()) request.entries = owner->record().theJSONDictionaries;
+  request.choices.filterBudget = filterBudget_;
+  return request;
+}
+
+void ViewController::restyle(StyleRequest request) {
+  const uint64_t generation = supersedeRestyles();
+  const StylerInput input = request.input();
+  if (stylesQuickly(input)) {
+    applyStyled(styleEntries(input));
+    stopSpinner();
+    return;
+  }
+  AppDocument* owner = document();
+  if (!owner) return;
+  request.choices.stop = restyleStop_.get_token();
+  restyling_ = true;
+  startSpinner();
+  owner->record().processingQueue->addOperation([self = QPointer(this), generation,
+                                                 &mainThread = app_.mainThread(),
+                                                 request = std::move(request)] {
+    // On the document's processingQueue: reads the shared entries and its own copies, nothing
+    // of the window.
+    auto styled = std::make_shared<StyledEntries>(styleEntries(request.input()));
+    mainThread.post([self, generation, styled] {
+      // A closed window has gone; something newer may be shown.
+      if (!self || generation != self->restyleGeneration_) return;
+      self->restyling_ = false;
+      self->applyStyled(*styled);
+      self->stopSpinner();
+    });
+  });
+}
+
+uint64_t ViewController::supersedeRestyles() {
+  restyleStop_.request_stop();
+  restyleStop_ = std::stop_source();
+  if (restyling_) {
+    restyling_ = false;
+    stopSpinner();
+  }
+  return ++restyleGeneration_;
+}
+
 void ViewController::showStyled(const StyledEntries& styled) {
+  supersedeRestyles();
+  applyStyled(styled);
+}
+
+void ViewController::applyStyled(const StyledEntries& styled) {
   resultView().setStyledText(styled.text);
   if (styled.entryCount) ui_->entryCount->setText(qstring(*styled.entryCount));
   showLineCount();
+  showNotice(styled.notice);
+}
+
+void ViewController::showNotice(const std::optional<std::string>& notice) {
+  ui_->resultNotice->setText(notice ? qstring(*notice) : QString());
+  ui_->resultNotice->setVisible(notice.has_value());
 }
 
 void ViewController::showLineCount() {
@@ -141,15 +204,14 @@ void ViewController::refreshResults() {
   const AppDocument* owner = document();
   if (!owner || owner->record().theJSONDictionaries->empty()) return;
   startSpinner();
-  // Queued, so the spinner shows before the styling starts.
+  // Queued, so the spinner shows before a quick styling starts.
   QMetaObject::invokeMethod(
       this,
       [this] {
-        if (document()) {
-          std::string styleText;
-          showStyled(styleEntries(stylerInput(styleText)));
-        }
-        stopSpinner();
+        if (document())
+          restyle(styleRequest());
+        else
+          stopSpinner();
       },
       Qt::QueuedConnection);
 }
@@ -169,8 +231,10 @@ void ViewController::doConversion() {
       convertToCsv(*owner->record().theJSONDictionaries, settings_.osVersion,
                    {settings_.showLogEntries, settings_.showSignposts, settings_.showActivities});
   if (!csv) return;
+  supersedeRestyles();
   resultView().setStyledText({std::move(*csv), {}});
   showLineCount();
+  showNotice(std::nullopt);
 }
 
 void ViewController::startSpinner() {

@@ -1,8 +1,8 @@
 #include "engine/core/caseless_search.h"
 
+#include <unicode/brkiter.h>
 #include <unicode/locid.h>
 #include <unicode/normalizer2.h>
-#include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
 #include <cstdint>
@@ -21,15 +21,22 @@ char lowerAscii(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
+// In ASCII text every byte is a character of its own but for a CR LF pair.
+bool insideLineEnd(std::string_view text, size_t at) {
+  return at > 0 && at < text.size() && text[at - 1] == '\r' && text[at] == '\n';
+}
+
 }  // namespace
 
-// The needle in canonical caseless form, and the scratch a message is folded into.
+// The needle in canonical caseless form, the scratch a message is folded into, and the breaker
+// that finds its user-perceived characters.
 struct CaselessText::Folded {
   const icu::Normalizer2* nfc = nullptr;
   const icu::Normalizer2* nfd = nullptr;
   uint32_t foldOptions = U_FOLD_CASE_DEFAULT;
   icu::UnicodeString needle;
   icu::UnicodeString scratch;
+  std::unique_ptr<icu::BreakIterator> characters;  // made on the first candidate match
 
   // Composed before folding, so that a decomposed capital İ folds as one letter (to i in
   // Turkish), and decomposed after, so that composed and decomposed letters compare alike.
@@ -42,6 +49,43 @@ struct CaselessText::Folded {
     nfd->normalize(out, scratch, status);
     out = scratch;
     return U_SUCCESS(status);
+  }
+
+  // Whether the needle occurs in message with its first and last characters whole: "가" is in
+  // "가다" but not in "각", a flag's first letter not in the flag, "e" not in "é".
+  bool foundIn(const icu::UnicodeString& message) {
+    bool measured = false;
+    for (int32_t at = message.indexOf(needle); at >= 0; at = message.indexOf(needle, at + 1)) {
+      if (isBoundary(message, at, measured) && isBoundary(message, at + needle.length(), measured))
+        return true;
+    }
+    return false;
+  }
+
+  // Between two ASCII characters there is a boundary but inside CR LF, so ICU's rules are only
+  // asked where a match meets other characters.
+  bool isBoundary(const icu::UnicodeString& message, int32_t at, bool& measured) {
+    if (at <= 0 || at >= message.length()) return true;
+    const char16_t before = message[at - 1];
+    const char16_t after = message[at];
+    if (before < 0x80 && after < 0x80) return before != '\r' || after != '\n';
+    if (!measured) {
+      // Without ICU's rules, code points are the best measure left.
+      if (!measure(message)) return true;
+      measured = true;
+    }
+    return characters->isBoundary(at);
+  }
+
+  bool measure(const icu::UnicodeString& message) {
+    if (!characters) {
+      UErrorCode status = U_ZERO_ERROR;
+      // Character boundaries do not depend on the language.
+      characters.reset(icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+      if (U_FAILURE(status)) characters.reset();
+    }
+    if (characters) characters->setText(message);
+    return characters != nullptr;
   }
 };
 
@@ -80,7 +124,7 @@ bool CaselessText::foundAsAscii(std::string_view text) const {
     size_t k = 1;
     while (k < n && lowerAscii(text[at + k]) == lowerAscii_[k])
       ++k;
-    if (k == n) return true;
+    if (k == n && !insideLineEnd(text, at) && !insideLineEnd(text, at + n)) return true;
   }
   return false;
 }
@@ -91,16 +135,8 @@ bool CaselessText::foundIn(std::string_view text) {
   if (!folded_) return false;
   icu::UnicodeString message;
   if (!folded_->fold(text, message)) return false;
-  const icu::UnicodeString& needle = folded_->needle;
-  if (needle.isEmpty()) return false;
-  for (int32_t at = message.indexOf(needle); at >= 0; at = message.indexOf(needle, at + 1)) {
-    // A match that ends before a combining mark stops inside a character.
-    const int32_t end = at + needle.length();
-    if (end >= message.length() ||
-        !u_hasBinaryProperty(message.char32At(end), UCHAR_GRAPHEME_EXTEND))
-      return true;
-  }
-  return false;
+  if (folded_->needle.isEmpty()) return false;
+  return folded_->foundIn(message);
 }
 
 }  // namespace kavor

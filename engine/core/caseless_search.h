@@ -1,7 +1,8 @@
 #pragma once
 // "Does this message contain that text, ignoring case?" as the user's language reads it: full
-// case folding ("ß" finds "SS"), composed and decomposed letters alike, a letter never found
-// inside a letter with marks ("e" is not in "é"), and Turkish and Azeri dotted and dotless i.
+// case folding ("ß" finds "SS"), composed and decomposed letters alike, and Turkish and Azeri
+// dotted and dotless i. A match begins and ends between user-perceived characters: "e" is not in
+// "é", "가" not in "각", the first letter of a flag not in the flag.
 // ASCII text against an ASCII needle, the usual case, is compared byte by byte.
 // Not shared between threads.
 

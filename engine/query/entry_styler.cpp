@@ -1,5 +1,6 @@
 #include "engine/query/entry_styler.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "engine/core/field_table.h"
@@ -73,9 +74,26 @@ std::vector<ResolvedItem> resolve(std::string_view styleText, int osVersion) {
 
 }  // namespace
 
+StylerInput StyleRequest::input() const {
+  StylerInput in = choices;
+  in.entries = entries.get();
+  in.styleText = styleText;
+  in.locale = locale;
+  return in;
+}
+
+bool stylesQuickly(const StylerInput& input) {
+  if (!input.entries) return true;
+  if (input.filter.active && input.filter.name.starts_with('*')) return false;
+  size_t styled = input.entries->size();
+  if (input.limitEntries && input.theLogCap >= 0)
+    styled = std::min(styled, static_cast<size_t>(input.theLogCap) + 1);
+  return styled <= kQuickStyledEntries;
+}
+
 StyledEntries styleEntries(const StylerInput& input) {
   StyledEntries out;
-  LogFilter filter(input.filter, input.locale);
+  LogFilter filter(input.filter, input.locale, input.filterBudget);
   const std::vector<ResolvedItem> items = resolve(input.styleText, input.osVersion);
   if (!input.entries) return out;
 
@@ -91,9 +109,14 @@ StyledEntries styleEntries(const StylerInput& input) {
   int64_t passed = 0;
   for (size_t i = 0; i < entries.size(); ++i) {
     if (input.limitEntries && passed > input.theLogCap) break;
+    if (input.stop.stop_requested()) break;
     if (!input.show.shows(entries.value(i, EntryKey::eventType))) continue;
     ++passed;  // entries the filter drops still count toward the limit
     if (filter.active()) {
+      if (filter.budgetSpent()) {
+        out.filterStopped = true;
+        break;
+      }
       const FieldValue value = entries.value(i, EntryKey::eventMessage);
       if (!value.present()) continue;
       if (!filter.matches(fieldText(value, FieldKind::text, message))) continue;
@@ -109,6 +132,8 @@ StyledEntries styleEntries(const StylerInput& input) {
     }
     out.text.text += '\n';
   }
+  out.undecidedMessages = filter.undecided();
+  out.notice = slowFilterNotice(out.filterStopped, out.undecidedMessages, input.filterBudget.total);
   return out;
 }
 

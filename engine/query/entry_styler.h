@@ -3,13 +3,17 @@
 // names, each cut and coloured by its letters, after the View switches' type test, the entry
 // limit and the filter. Rebuilt from the entries and the current choices on every run.
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <string_view>
 
 #include "engine/core/entry_list.h"
 #include "engine/core/styled_text.h"
+#include "engine/query/filter_budget.h"
 #include "engine/query/log_filter.h"
 #include "engine/query/settings_texts.h"
 #include "engine/query/show_switches.h"
@@ -25,6 +29,20 @@ struct StylerInput {
   int64_t theLogCap = kFactoryLogLimit;
   int osVersion = 11;
   std::string_view locale;  // ICU locale id for the filter; empty for the user's
+  FilterBudget filterBudget;
+  // Asked when a newer pass replaces this one: the walk ends early, and its result is dropped.
+  std::stop_token stop;
+};
+
+// The inputs of a pass held by value, for a pass that runs on a worker after its caller has moved
+// on: the entries shared (they never change once decoded), the texts copied.
+struct StyleRequest {
+  std::shared_ptr<const EntryList> entries;
+  std::string styleText;
+  std::string locale;
+  StylerInput choices;  // the rest; its entries, style text and locale are not read
+
+  StylerInput input() const;
 };
 
 struct StyledEntries {
@@ -32,8 +50,22 @@ struct StyledEntries {
   // The entry count label, "(N)" with the limit on and "N" without, N the entries fetched; none
   // when there is no document, and the label keeps what it showed.
   std::optional<std::string> entryCount;
+  // The filter's regular expression spent its budget: the walk stopped there, and the text holds
+  // the entries matched until then.
+  bool filterStopped = false;
+  // Messages the expression took too long to decide; their entries are not shown.
+  size_t undecidedMessages = 0;
+  // What the window shows about either, above the result; none when every entry was decided.
+  std::optional<std::string> notice;
 };
 
 StyledEntries styleEntries(const StylerInput& input);
+
+// Passes that style at most this many entries without a regular expression take milliseconds.
+inline constexpr size_t kQuickStyledEntries = 10000;
+
+// True when a pass takes a moment at most, so that it may run on the thread that asks: no
+// regular expression to match, and few entries to style.
+bool stylesQuickly(const StylerInput& input);
 
 }  // namespace kavor

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "engine/core/combo_box_model.h"
+#include "engine/query/filter_budget.h"
 #include "platform/settings_store.h"
 
 namespace kavor {
@@ -34,7 +35,9 @@ FilterChoice filterChoiceFromBox(const ComboBoxModel& box, const NamedList& list
 class LogFilter {
  public:
   // locale: an ICU locale id for plain-text matching; empty for the user's default locale.
-  explicit LogFilter(const FilterChoice& choice, std::string_view locale = {});
+  // budget: the time all the regular expression's matches may take together.
+  explicit LogFilter(const FilterChoice& choice, std::string_view locale = {},
+                     FilterBudget budget = {});
   ~LogFilter();
   LogFilter(const LogFilter&) = delete;
   LogFilter& operator=(const LogFilter&) = delete;
@@ -44,12 +47,18 @@ class LogFilter {
   bool isRegularExpression() const;
 
   // A regular expression matching anywhere in the message, or the plain text contained in it
-  // ignoring case. Not for use from two threads at once.
+  // ignoring case. A match cut short (too slow on its own, or the budget spent) is false and
+  // counted as undecided. Not for use from two threads at once.
   bool matches(std::string_view message);
+
+  // The regular expression has used its budget: every further message is undecided.
+  bool budgetSpent() const;
+  size_t undecided() const { return undecided_; }
 
  private:
   struct Regex;
   bool active_ = false;
+  size_t undecided_ = 0;
   std::unique_ptr<Regex> regex_;
   std::unique_ptr<CaselessText> plain_;
 };

@@ -79,8 +79,11 @@ LogShowCompletion completeLogShow(LogShowOutput&& output, Document& document, St
   done.redraw = true;
   done.displayName = document.displayName;
   style.entries = document.theJSONDictionaries.get();
-  done.styled = styleEntries(style);
-  done.lineCount = paragraphCount(done.styled.text.text);
+  done.styleLater = context.mayStyleLater && !stylesQuickly(style);
+  if (!done.styleLater) {
+    done.styled = styleEntries(style);
+    done.lineCount = paragraphCount(done.styled.text.text);
+  }
   done.queueChart = !context.dontShowGraphView && !document.theJSONDictionaries->empty();
   return done;
 }

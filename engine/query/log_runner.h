@@ -54,6 +54,9 @@ struct LogShowCompletion {
   std::string displayName;
   StyledEntries styled;
   size_t lineCount = 0;
+  // The styling would take more than a moment and was left to the caller, which runs it off the
+  // main thread; styled and lineCount are then empty.
+  bool styleLater = false;
   bool queueChart = false;           // collect the chart data of the document
   std::optional<Error> decodeError;  // why the output did not decode, when it did not
 };
@@ -63,6 +66,7 @@ struct CompletionContext {
   double startDate = 0;            // absolute time the window starts at
   double now = 0;                  // absolute time the run completes at
   bool dontShowGraphView = false;
+  bool mayStyleLater = false;  // the caller can style off the main thread (see styleLater)
 };
 
 // Main thread. On status 0 the document's entries are replaced (emptied when the output did not

@@ -159,7 +159,8 @@ app::ViewController& TestApp::controller(app::AppDocument* document) {
 
 bool TestApp::getLog(app::ViewController& controller) {
   controller.getLogButton();
-  return QTest::qWaitFor([&] { return controller.runsInFlight() == 0; }, 20000);
+  return QTest::qWaitFor([&] { return controller.runsInFlight() == 0 && !controller.restyling(); },
+                         20000);
 }
 
 void TestApp::settle() {

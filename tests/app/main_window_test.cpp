@@ -10,6 +10,10 @@
 #include <QMenu>
 #include <QProgressBar>
 #include <QTest>
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <memory>
 
 #include "app/document/app_document.h"
 #include "app/document/document_controller.h"
@@ -48,6 +52,45 @@ void selectRow(QComboBox* box, int row) {
   box->setCurrentIndex(row);
   emit box->activated(row);
 }
+
+// Ten entries whose message "(a+)+$" matches at once, each followed by one it cannot decide.
+std::string slowToFilter() {
+  const std::string hopeless = std::string(30, 'a') + "b";
+  std::string json = "[";
+  for (int i = 0; i < 10; ++i) {
+    if (i) json += ",";
+    json += R"({"eventType" : "logEvent", "eventMessage" : "aaaa"},)";
+    json += R"({"eventType" : "logEvent", "eventMessage" : ")" + hopeless + "\"}";
+  }
+  return json + "]";
+}
+
+// A clock for the filter's budget that holds the pass until opened, then moves one second per
+// reading. Passes hold copies of it, so it also tells when every pass has ended.
+class HeldClock {
+ public:
+  FilterBudget budget(std::chrono::seconds total) const {
+    return {total, [state = state_] {
+              // A pass on the main thread would wait here for good: it goes on after a while, and
+              // the test fails instead of hanging.
+              if (!state->gaveUp &&
+                  state->opened.wait_for(std::chrono::seconds(30)) != std::future_status::ready)
+                state->gaveUp = true;
+              return std::chrono::nanoseconds(std::chrono::seconds(state->readings++));
+            }};
+  }
+  void open() { state_->gate.set_value(); }
+  bool released() const { return state_.use_count() == 1; }
+
+ private:
+  struct State {
+    std::promise<void> gate;
+    std::shared_future<void> opened = gate.get_future().share();
+    std::atomic<int64_t> readings{0};
+    std::atomic<bool> gaveUp{false};
+  };
+  std::shared_ptr<State> state_ = std::make_shared<State>();
+};
 
 }  // namespace
 
@@ -205,6 +248,69 @@ class MainWindowTest : public QObject {
     QVERIFY(view.myViewMenu() != nullptr);
     QVERIFY(MainMenu::itemTitled(view.myViewMenu(), kFetchDebugItem)->isChecked());
     QVERIFY(app.alerts.shown.empty());
+  }
+
+  void slowFilterRunsOffTheMainThreadAndSaysWhatItLeftOut() {
+    FakeToolRoot tool;
+    TestApp app(tool.root());
+    ViewController& view = TestApp::controller(app.newDocument());
+    tool.printOutput(slowToFilter());
+    QVERIFY(TestApp::getLog(view));
+    const QString unfiltered = viewText(view);
+    QCOMPARE(unfiltered.count('\n'), 20);
+    QVERIFY(view.ui().resultNotice->isHidden());
+    app.settings.setNamedList("specFiltList", {{"none", ""}, {"*slow", "(a+)+$"}});
+    app.settings.notifications().post("Customs-Changed");
+
+    // The window answers while the pass waits; a quicker restyle replaces it, and the pass's
+    // result, when it comes, is dropped.
+    HeldClock held;
+    view.setFilterBudget(held.budget(std::chrono::seconds(4)));
+    selectRow(view.ui().comboFilter, 1);
+    TestApp::settle();
+    QVERIFY(view.restyling());
+    QVERIFY(!view.ui().progressSpinner->isHidden());
+    QCOMPARE(viewText(view), unfiltered);
+    view.setFilterBudget({});
+    selectRow(view.ui().comboFilter, 0);
+    TestApp::settle();
+    QVERIFY(!view.restyling());
+    QVERIFY(view.ui().progressSpinner->isHidden());
+    held.open();
+    QVERIFY(QTest::qWaitFor([&] { return held.released(); }, 20000));
+    TestApp::settle();
+    QCOMPARE(viewText(view), unfiltered);
+    QVERIFY(view.ui().resultNotice->isHidden());
+
+    // The budget spent, the window shows what matched until then and says why the rest is not.
+    HeldClock counting;
+    counting.open();
+    view.setFilterBudget(counting.budget(std::chrono::seconds(4)));
+    selectRow(view.ui().comboFilter, 1);
+    TestApp::settle();
+    QVERIFY(QTest::qWaitFor([&] { return !view.restyling(); }, 20000));
+    const QString shown = viewText(view);
+    QVERIFY(shown.count('\n') >= 1 && shown.count('\n') < 10);
+    QCOMPARE(shown.count("aaaa \n"), shown.count('\n'));
+    QVERIFY(!view.ui().resultNotice->isHidden());
+    QCOMPARE(view.ui().resultNotice->text(),
+             QString("The filter's regular expression is too slow: showing the entries matched "
+                     "in the first 4 s."));
+    QCOMPARE(label(view.ui().lineCount), QString::number(shown.count('\n')));
+    QCOMPARE(label(view.ui().entryCount), QString("(20)"));
+    QVERIFY(view.ui().progressSpinner->isHidden());
+
+    // A fetch with that filter chosen is styled off the main thread as well.
+    HeldClock fetching;
+    view.setFilterBudget(fetching.budget(std::chrono::seconds(4)));
+    view.getLogButton();
+    QVERIFY(QTest::qWaitFor([&] { return view.runsInFlight() == 0; }, 20000));
+    QVERIFY(view.restyling());
+    QVERIFY(!view.ui().progressSpinner->isHidden());
+    fetching.open();
+    QVERIFY(QTest::qWaitFor([&] { return !view.restyling(); }, 20000));
+    QVERIFY(!view.ui().resultNotice->isHidden());
+    QVERIFY(view.ui().progressSpinner->isHidden());
   }
 
   void conversionShowsTheEntriesAsCsv() {

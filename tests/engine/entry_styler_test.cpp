@@ -224,6 +224,20 @@ TEST(LogFilter, PlainTextIgnoresCaseAsTheLanguageDoes) {
       {"ırmak", "IRMAK", "tr_TR", true},
       {"", "anything", "en_US", false},
       {"x", "", "en_US", false},
+      // A match begins and ends between whole characters.
+      {"가", "각", "ko_KR", false},  // a Hangul syllable inside a longer one
+      {"가", "가각", "ko_KR", true},
+      {"가", "\u1100\u1161\u11a8", "ko_KR", false},  // the same from its jamo
+      {"\u1100\u1161", "각", "ko_KR", false},
+      {"🇬", "🇬🇧", "en_GB", false},  // one letter of a flag
+      {"🇧", "🇬🇧", "en_GB", false},
+      {"🇧🇪", "🇬🇧🇪🇸", "en_GB", false},  // across two flags
+      {"🇬🇧", "🇬🇧🇪🇸", "en_GB", true},
+      {"👨", "👨\u200d👩\u200d👧", "en_US", false},  // a member of a joined family
+      {"\u0301", "cafe\u0301", "fr_FR", false},  // the mark of a letter
+      {"\n", "one\r\ntwo", "en_US", false},      // half of a CR LF pair
+      {"one\r", "one\r\ntwo é", "en_US", false},
+      {"one\r\n", "one\r\ntwo", "en_US", true},
   };
   for (const Case& c : cases) {
     LogFilter filter(FilterChoice::typed(c.text), c.locale);

@@ -1,7 +1,8 @@
 // What the result view shows of untrusted output under untrusted choices: a style, a filter name
 // and text, then the log tool's JSON, one per line. The styled text must hold its coloured runs in
-// order inside it, each piece ending in its space; CSV must start with its header; and an ASCII
-// filter must find the same in an ASCII message whether it takes the byte path or ICU's.
+// order inside it, each piece ending in its space, with a notice exactly when the filter left
+// entries undecided; CSV must start with its header; and an ASCII filter must find the same in an
+// ASCII message whether it takes the byte path or ICU's.
 
 #include <cstdint>
 #include <cstdlib>
@@ -63,7 +64,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   input.theLogCap = 3;
   input.osVersion = osVersion;
   input.locale = "en_US";
-  checkStyled(kavor::styleEntries(input).text);
+  const kavor::StyledEntries styled = kavor::styleEntries(input);
+  checkStyled(styled.text);
+  // A notice exactly when the filter left something undecided.
+  if (styled.notice.has_value() != (styled.filterStopped || styled.undecidedMessages > 0))
+    std::abort();
 
   const auto csv = kavor::convertToCsv(*list, osVersion, show);
   if (csv.has_value() == list->empty() || (csv && !csv->starts_with("datestamp,"))) std::abort();
