@@ -174,7 +174,8 @@ bool EntryDecoder::Impl::parsePiece(size_t open, size_t close, bool endsAtComma,
     return true;
   }
   worker.giveBack(std::move(parser));
-  if (!guessed) {
+  // A guess may be wrong, but no cut makes the memory the system refused appear.
+  if (!guessed || (!n && n.error().kind == ErrorKind::tooLarge)) {
     error = n ? Error{ErrorKind::parse, "the output is not valid JSON: an element is missing"}
               : n.error();
   }

@@ -43,9 +43,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string split = describe(decoder.finish());
   if (whole != split) std::abort();
 
-  // A budget small enough for these inputs to pass it: it may refuse the output, never change
-  // it, and a refusal says so.
-  const size_t budget = (size_t{16} << 10) + size_t{data[0]} * 256;
+  // A budget that lets one entry take about data[0] bytes, so that these small inputs pass it
+  // often: it may refuse the output, never change it, and a refusal says so.
+  const size_t budget = (size_t{16} << 10) + size_t{data[0]} * 16;
   kavor::EntryDecoder limited(kavor::EntryDecoder::Options{piece, worker, budget});
   for (size_t at = 0; at < text.size(); at += bite)
     limited.feed(text.substr(at, bite));
