@@ -28,14 +28,5 @@ TEST(FetchMemoryBudget, HalfThePhysicalMemoryUnlessTheEnvironmentSaysAPlausibleB
   }
 }
 
-TEST(FetchMemoryBudget, ByteCountsReadAsPeopleWriteThem) {
-  EXPECT_EQ(byteCountText(999), "999 bytes");
-  EXPECT_EQ(byteCountText(8388608), "8.4 MB");
-  EXPECT_EQ(byteCountText(200000000), "200 MB");
-  EXPECT_EQ(byteCountText(999999999), "1.0 GB");
-  EXPECT_EQ(byteCountText(uint64_t{12} << 30), "13 GB");
-  EXPECT_TRUE(outputTooLargeError("x").message().starts_with("the log output is too large: x; "));
-}
-
 }  // namespace
 }  // namespace kavor
