@@ -2,14 +2,17 @@
 
 #include "cli/input_file.h"
 #include "engine/core/entry_decoder.h"
+#include "engine/core/memory_budget.h"
 
 namespace kavor::cli {
 
 Expected<EntryList> decodeInput(const Arguments& args) {
   auto input = InputFile::open(args.operands.empty() ? "-" : args.operands.front());
   if (!input) return input.error();
-  EntryDecoder decoder;
-  for (;;) {
+  // Within the fetch memory budget, as a fetch is: the same output must not fare differently.
+  EntryDecoder decoder(EntryDecoder::Options{.memoryBudget = fetchMemoryBudget()});
+  // Once the output is known not to decode, the rest is not read: it may never end.
+  while (!decoder.failed()) {
     const auto n = input->read(decoder.prepare());
     if (!n) return n.error();
     if (*n == 0) break;

@@ -1,19 +1,21 @@
 #include "cli/input_file.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <utility>
+
+#include "platform/regular_file.h"
 
 namespace kavor::cli {
 
 Expected<InputFile> InputFile::open(std::string_view operand) {
   if (operand == "-") return InputFile(STDIN_FILENO, false, "standard input");
   std::string name(operand);
-  const int fd = ::open(name.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) return ioError(name, errno);
-  return InputFile(fd, true, std::move(name));
+  // A pipe or a device named here could block or never end; standard input may be either.
+  const Expected<int> fd = openRegularFile(name);
+  if (!fd) return fd.error();
+  return InputFile(*fd, true, std::move(name));
 }
 
 InputFile::~InputFile() {

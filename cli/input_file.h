@@ -1,5 +1,6 @@
 #pragma once
-// An input named on the command line, read in pieces: a file, or standard input for "-".
+// An input named on the command line, read in pieces: a regular file, or standard input for "-"
+// (which may be a pipe or a device).
 
 #include <cstddef>
 #include <span>
@@ -12,7 +13,8 @@ namespace kavor::cli {
 
 class InputFile {
  public:
-  // The system's reason when it cannot be opened, after the name.
+  // The system's reason when it cannot be opened, after the name; anything but a regular file is
+  // refused without being read.
   static Expected<InputFile> open(std::string_view operand);
   ~InputFile();
   InputFile(InputFile&& other) noexcept;

@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <random>
 
+#include "platform/regular_file.h"
+
 namespace kavor {
 
 namespace {
@@ -53,16 +55,14 @@ class Fd {
 
 Expected<std::string> readFileBytes(const std::filesystem::path& file, uint64_t maxBytes,
                                     struct stat* info) {
-  const Fd fd(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
-  if (fd.get() < 0) {
-    const int err = errno;
-    Error e = ioError("cannot open " + file.string(), err);
-    if (err == ENOENT) e.kind = ErrorKind::notFound;
+  struct stat st {};
+  Expected<int> opened = openRegularFile(file, &st);
+  if (!opened) {
+    Error e = opened.error();
+    if (e.sysErrno != 0) e.context = "cannot open " + e.context;
     return e;
   }
-  struct stat st {};
-  if (::fstat(fd.get(), &st) != 0) return ioError("cannot examine " + file.string(), errno);
-  if (!S_ISREG(st.st_mode)) return Error{ErrorKind::io, file.string() + " is not a regular file"};
+  const Fd fd(*opened);
   if (static_cast<uint64_t>(st.st_size) > maxBytes)
     return Error{ErrorKind::tooLarge,
                  file.string() + " is larger than " + std::to_string(maxBytes) + " bytes"};

@@ -4,6 +4,9 @@
 
 #include <string>
 
+#include "engine/core/entry_key.h"
+#include "engine/core/memory_budget.h"
+
 namespace kavor {
 
 // The DOM parser, unlike On-Demand, picks the fastest kernel of the running processor at run
@@ -14,6 +17,7 @@ static_assert(EntryChunkParser::kPadding >= simdjson::SIMDJSON_PADDING);
 namespace {
 
 Error jsonError(simdjson::error_code code) {
+  if (code == simdjson::MEMALLOC) return memoryRefusedError();
   const ErrorKind kind = code == simdjson::CAPACITY ? ErrorKind::tooLarge : ErrorKind::parse;
   return Error{kind, std::string("the output is not valid JSON: ") + simdjson::error_message(code)};
 }
@@ -50,16 +54,29 @@ void storeValue(const dom::element& v, EntryKey key, EntryListBuilder& out) {
 struct EntryChunkParser::Impl {
   dom::parser parser;
   dom::array array;
+  size_t length = 0;
+  size_t elements = 0;
 };
 
 EntryChunkParser::EntryChunkParser() : impl_(std::make_unique<Impl>()) {}
 EntryChunkParser::~EntryChunkParser() = default;
 
 Expected<size_t> EntryChunkParser::parse(const char* data, size_t length) {
+  impl_->length = impl_->elements = 0;
   dom::element root;
   if (auto e = impl_->parser.parse(data, length, false).get(root)) return jsonError(e);
   if (auto e = root.get_array().get(impl_->array)) return jsonError(e);
-  return impl_->array.size();
+  impl_->length = length;
+  impl_->elements = impl_->array.size();
+  return impl_->elements;
+}
+
+size_t EntryChunkParser::memoryBytes() const {
+  return memoryFor(impl_->parser.capacity());
+}
+
+size_t EntryChunkParser::storedBytesEstimate() const {
+  return impl_->elements * size_t{kEntryKeyCount} * sizeof(uint64_t) + impl_->length;
 }
 
 void EntryChunkParser::store(EntryListBuilder& out) const {

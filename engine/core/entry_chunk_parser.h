@@ -26,6 +26,20 @@ class EntryChunkParser {
   // Appends the elements of the last successful parse to the builder.
   void store(EntryListBuilder& out) const;
 
+  // What parsing `length` bytes makes the parser hold: simdjson keeps, per byte of its capacity,
+  // a tape of 8 bytes, structural indexes of 4 and room for a copy of the strings, and stacks as
+  // deep as the deepest nesting it accepts.
+  static constexpr size_t kMemoryPerByte = 14;
+  static constexpr size_t kMemoryFixed = size_t{16} << 10;
+  static constexpr size_t memoryFor(size_t length) {
+    return length ? length * kMemoryPerByte + kMemoryFixed : 0;
+  }
+  // What the parser holds now; it keeps its largest capacity.
+  size_t memoryBytes() const;
+  // About how much the last parse adds to a list when stored: a row per element and no more
+  // text than its bytes.
+  size_t storedBytesEstimate() const;
+
  private:
   struct Impl;
   std::unique_ptr<Impl> impl_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <new>
 #include <optional>
 
 #include "engine/core/entry_piece_worker.h"
@@ -12,6 +13,9 @@ namespace kavor {
 
 namespace {
 constexpr size_t kBufferSize = size_t{2} << 20;
+constexpr size_t kSmallestBuffer = size_t{4} << 10;
+// simdjson addresses a document with 32-bit offsets.
+constexpr size_t kLargestPiece = std::numeric_limits<uint32_t>::max();
 constexpr size_t npos = JsonArrayScanner::npos;
 
 // The last "\n}," of buf[from, end): in the tool's pretty-printed output that closes an element
@@ -24,12 +28,27 @@ size_t lastPrettySeparator(const char* buf, size_t from, size_t end) {
   return npos;
 }
 
+// The largest piece whose bytes and parse fit in the budget together.
+size_t largestPieceFor(size_t budget) {
+  const size_t room =
+      budget > EntryChunkParser::kMemoryFixed ? budget - EntryChunkParser::kMemoryFixed : 0;
+  return std::min(kLargestPiece, room / (1 + EntryChunkParser::kMemoryPerByte));
+}
+
 }  // namespace
 
 struct EntryDecoder::Impl {
-  explicit Impl(Options o) : options(o) {}
+  explicit Impl(Options o)
+      : options(o),
+        entryLimit(largestPieceFor(o.memoryBudget)),
+        firstBuffer(std::clamp(o.memoryBudget / 16, kSmallestBuffer, kBufferSize)),
+        cutSize(std::max<size_t>(1, std::min(o.pieceSize, firstBuffer / 4))),
+        worker(EntryChunkParser::memoryFor(2 * firstBuffer)) {}
 
-  Options options;
+  const Options options;
+  const size_t entryLimit;   // a piece past this is refused as soon as it arrives
+  const size_t firstBuffer;  // the buffer's size until one piece needs more
+  const size_t cutSize;      // cut once this much of the output is ready
   std::unique_ptr<char[]> buffer;
   size_t capacity = 0;       // usable bytes; EntryChunkParser::kPadding more are allocated
   size_t end = 0;            // bytes held in the buffer
@@ -38,15 +57,62 @@ struct EntryDecoder::Impl {
   bool prettyCuts = true;
   JsonArrayScanner scanner;
   std::optional<Error> error;
+  bool released = false;
   EntryPieceWorker worker;
+  // Where the bytes go once the output is known not to decode: nothing is allocated for them.
+  char scrap[16 << 10];
+
+  size_t held() const {
+    return (buffer ? capacity + EntryChunkParser::kPadding : 0) + worker.heldBytes();
+  }
+  // What is held, and `more` bytes besides, within the budget.
+  bool fits(size_t more) const {
+    const size_t h = held();
+    return h <= options.memoryBudget && more <= options.memoryBudget - h;
+  }
+  Error overBudget() const;
+  // Runs a step; the system refusing memory on the way ends the decoding like any other error,
+  // after which whatever is held is let go.
+  template <class Step>
+  void guarded(Step step);
+  void release() noexcept;
 
   void makeRoom(size_t atLeast);
   void dropBefore(size_t offset);
   void advance(bool final);
+  void checkBudget();
   bool cutAtPrettySeparator();
   void cutWithScanner(bool final);
   bool parsePiece(size_t open, size_t close, bool endsAtComma, bool guessed);
 };
+
+Error EntryDecoder::Impl::overBudget() const {
+  return outputTooLargeError("it needs more than the " + byteCountText(options.memoryBudget) +
+                             " of memory set aside for it");
+}
+
+template <class Step>
+void EntryDecoder::Impl::guarded(Step step) {
+  bool refused = false;
+  try {
+    if (!error) step();
+  } catch (const std::bad_alloc&) {
+    refused = true;
+  }
+  if (refused || error) release();
+  // Only now, with the memory given back, is there room for the message.
+  if (refused) error = memoryRefusedError();
+}
+
+void EntryDecoder::Impl::release() noexcept {
+  if (released) return;
+  released = true;
+  end = 0;
+  pieceStart = npos;
+  buffer.reset();
+  capacity = 0;
+  worker.abandon();
+}
 
 void EntryDecoder::Impl::dropBefore(size_t offset) {
   if (offset == 0) return;
@@ -61,8 +127,16 @@ void EntryDecoder::Impl::makeRoom(size_t atLeast) {
   // Keep from the separator before the next piece, which becomes its "[".
   dropBefore(std::min(pieceStart != npos ? pieceStart - 1 : scanner.scanned(), end));
   if (capacity - end >= atLeast) return;
-  // Only a piece larger than the buffer (one huge entry) makes it grow.
-  const size_t grown = std::max({kBufferSize, capacity * 2, end + atLeast});
+  // Only a piece larger than the buffer (one huge entry) makes it grow, never far past what one
+  // entry may take, and the old buffer is still held while the bytes move.
+  const size_t needed = end + atLeast;
+  if (!fits(needed + EntryChunkParser::kPadding)) {
+    error = overBudget();
+    return;
+  }
+  const size_t room = options.memoryBudget - held() - EntryChunkParser::kPadding;
+  const size_t ceiling = std::max(needed, std::min(room, entryLimit + atLeast));
+  const size_t grown = std::clamp(std::max(firstBuffer, capacity * 2), needed, ceiling);
   auto next = std::make_unique_for_overwrite<char[]>(grown + EntryChunkParser::kPadding);
   if (end) std::memcpy(next.get(), buffer.get(), end);
   buffer = std::move(next);
@@ -76,14 +150,21 @@ bool EntryDecoder::Impl::parsePiece(size_t open, size_t close, bool endsAtComma,
   const char openByte = buffer[open];
   const char closeByte = buffer[close];
   const size_t length = close - open + 1;
-  if (length > std::numeric_limits<uint32_t>::max()) {
-    error = Error{ErrorKind::tooLarge, "an entry of the output is larger than 4 GiB"};
+  const size_t need = EntryChunkParser::memoryFor(length);
+  // Parsing runs ahead of storing with more parsers only while they take a small share of the
+  // budget; the rest is for the entries.
+  const bool another = fits(need) && worker.parserBytes() + need <= options.memoryBudget / 4;
+  std::unique_ptr<EntryChunkParser> parser = worker.takeParser(another);
+  const size_t before = parser->memoryBytes();
+  if (length > kLargestPiece || !fits(need > before ? need - before : 0)) {
+    worker.giveBack(std::move(parser));
+    error = overBudget();
     return false;
   }
   buffer[open] = '[';
   buffer[close] = ']';
-  std::unique_ptr<EntryChunkParser> parser = worker.takeParser();
   Expected<size_t> n = parser->parse(buffer.get() + open, length);
+  worker.parserGrew(parser->memoryBytes() - before);
   // The parser keeps copies of what it needs. The bytes go back as they were: the scanner may
   // not have reached the separator yet, and must see a comma there, not a bracket.
   buffer[open] = openByte;
@@ -92,7 +173,9 @@ bool EntryDecoder::Impl::parsePiece(size_t open, size_t close, bool endsAtComma,
     worker.submit(std::move(parser), options.storeInWorker);
     return true;
   }
-  if (!guessed) {
+  worker.giveBack(std::move(parser));
+  // A guess may be wrong, but no cut makes the memory the system refused appear.
+  if (!guessed || (!n && n.error().kind == ErrorKind::tooLarge)) {
     error = n ? Error{ErrorKind::parse, "the output is not valid JSON: an element is missing"}
               : n.error();
   }
@@ -119,14 +202,13 @@ void EntryDecoder::Impl::cutWithScanner(bool final) {
     return;
   }
   const size_t sep = scanner.lastSeparator(buffer.get(), end);
-  if (sep == npos || sep < pieceStart || sep - pieceStart < options.pieceSize) return;
+  if (sep == npos || sep < pieceStart || sep - pieceStart < cutSize) return;
   if (!parsePiece(pieceStart - 1, sep, true, false)) return;
   pieceStart = sep + 1;
   dropBefore(sep);
 }
 
 void EntryDecoder::Impl::advance(bool final) {
-  if (error) return;
   if (pieceStart == npos) {
     scanner.scan(buffer.get(), end, final);
     if (scanner.state() == JsonArrayScanner::State::failed) {
@@ -136,9 +218,10 @@ void EntryDecoder::Impl::advance(bool final) {
     if (scanner.state() == JsonArrayScanner::State::beforeArray) return;
     pieceStart = scanner.arrayOpen() + 1;
   }
-  const bool pieceReady = end - pieceStart >= options.pieceSize;
+  const bool pieceReady = end - pieceStart >= cutSize;
   if (prettyCuts && (final || pieceReady)) {
     if (!final && cutAtPrettySeparator()) return;
+    if (error) return;
     // From here on, or for the end of the array, every byte is looked at.
     prettyCuts = false;
     scanner.resumeAt(pieceStart);
@@ -146,30 +229,45 @@ void EntryDecoder::Impl::advance(bool final) {
   if (!prettyCuts) cutWithScanner(final);
 }
 
+// The entries stored so far grow on the worker's thread, and the piece being read here: either
+// may pass what it may take.
+void EntryDecoder::Impl::checkBudget() {
+  const size_t piece = pieceStart == npos ? end : end - (pieceStart - 1);
+  if (worker.failed()) {
+    error = memoryRefusedError();
+  } else if (piece > entryLimit) {
+    error = outputTooLargeError("an entry passes " + byteCountText(entryLimit) +
+                                ", the most one entry may take of the " +
+                                byteCountText(options.memoryBudget) + " of memory set aside");
+  } else if (!fits(0)) {
+    error = overBudget();
+  }
+}
+
 EntryDecoder::EntryDecoder() : EntryDecoder(Options{}) {}
 EntryDecoder::EntryDecoder(Options options) : impl_(std::make_unique<Impl>(options)) {}
 EntryDecoder::~EntryDecoder() = default;
 
 std::span<char> EntryDecoder::prepare(size_t atLeast) {
-  impl_->makeRoom(std::max<size_t>(atLeast, 1));
-  return {impl_->buffer.get() + impl_->end, impl_->capacity - impl_->end};
+  Impl& d = *impl_;
+  d.guarded([&] { d.makeRoom(std::max<size_t>(atLeast, 1)); });
+  if (d.error) return d.scrap;
+  return {d.buffer.get() + d.end, d.capacity - d.end};
 }
 
 void EntryDecoder::commit(size_t count) {
   bytesSeen_ += count;
-  if (impl_->error) return;
-  impl_->end += count;
-  impl_->advance(false);
-  // Nothing more will be parsed once the output is known to be bad: forget what is held.
-  if (impl_->error) {
-    impl_->end = 0;
-    impl_->pieceStart = npos;
-  }
+  Impl& d = *impl_;
+  d.guarded([&] {
+    d.end += count;
+    d.advance(false);
+    if (!d.error) d.checkBudget();
+  });
 }
 
 void EntryDecoder::feed(std::string_view bytes) {
   while (!bytes.empty()) {
-    const std::span<char> room = prepare(std::min(bytes.size(), kBufferSize));
+    const std::span<char> room = prepare(std::min(bytes.size(), impl_->firstBuffer / 4));
     const size_t n = std::min(room.size(), bytes.size());
     std::memcpy(room.data(), bytes.data(), n);
     commit(n);
@@ -178,11 +276,16 @@ void EntryDecoder::feed(std::string_view bytes) {
 }
 
 Expected<EntryList> EntryDecoder::finish() {
-  if (!impl_->buffer) impl_->makeRoom(1);
-  impl_->advance(true);
-  EntryList list = impl_->worker.finish();
-  if (impl_->error) return *impl_->error;
-  return list;
+  Impl& d = *impl_;
+  std::optional<EntryList> list;
+  d.guarded([&] {
+    if (!d.buffer) d.makeRoom(1);
+    if (!d.error) d.advance(true);
+    if (!d.error) list = d.worker.finish();
+    if (!d.error && d.worker.failed()) d.error = memoryRefusedError();
+  });
+  if (d.error) return *d.error;
+  return std::move(*list);
 }
 
 bool EntryDecoder::failed() const {

@@ -83,4 +83,9 @@ EntryList EntryListBuilder::finish() {
   return out;
 }
 
+void EntryListBuilder::discard() noexcept {
+  list_ = EntryList();
+  row_ = nullptr;
+}
+
 }  // namespace kavor

@@ -31,7 +31,10 @@ class EntryListBuilder {
   void setOther(EntryKey key, std::string_view json);
 
   size_t size() const { return list_.count_; }
+  size_t memoryBytes() const { return list_.memoryBytes(); }
   EntryList finish();
+  // Frees what was built; nothing may be added afterwards.
+  void discard() noexcept;
 
  private:
   uint64_t& cell(EntryKey key) { return row_[static_cast<int>(key)]; }

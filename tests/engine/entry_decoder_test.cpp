@@ -300,5 +300,70 @@ TEST(EntryDecoder, BytesAfterAFailureAreIgnored) {
   EXPECT_EQ(list.error().kind, ErrorKind::parse);
 }
 
+// Feeds `start`, then `more` again and again as an output that never ends, until the decoder
+// gives up or `most` bytes have gone in; the bytes it took before it gave up, or 0.
+size_t bytesUntilFailure(EntryDecoder& decoder, std::string_view start, std::string_view more,
+                         size_t most) {
+  decoder.feed(start);
+  size_t fed = start.size();
+  while (!decoder.failed() && fed < most) {
+    decoder.feed(more);
+    fed += more.size();
+  }
+  return decoder.failed() ? fed : 0;
+}
+
+constexpr std::string_view kAdvice = "; fetch a shorter time window or use a narrower predicate";
+
+TEST(EntryDecoder, AnEndlessStreamOfEntriesStopsAtTheBudgetAndLetsGoOfItsBytes) {
+  constexpr size_t budget = size_t{48} << 20;
+  std::string more;
+  for (int i = 0; i < 300; ++i)
+    more += "," + toolEntry(i);
+  for (bool worker : {true, false}) {
+    EntryDecoder decoder({.storeInWorker = worker, .memoryBudget = budget});
+    const size_t fed = bytesUntilFailure(decoder, "[" + toolEntry(0), more, 20 * budget);
+    ASSERT_NE(fed, 0u) << "never stopped";
+    // The entries take about a third of their JSON: most of the budget went to them.
+    EXPECT_GT(fed, budget);
+    // What follows is taken and dropped, without growing anything.
+    const std::span<char> room = decoder.prepare(size_t{8} << 20);
+    ASSERT_FALSE(room.empty());
+    EXPECT_LT(room.size(), size_t{1} << 20);
+    decoder.commit(room.size());
+    const auto list = decoder.finish();
+    ASSERT_FALSE(list.ok());
+    EXPECT_EQ(list.error().kind, ErrorKind::tooLarge);
+    EXPECT_EQ(list.error().message(),
+              "the log output is too large: it needs more than the 50 MB of memory set aside "
+              "for it" +
+                  std::string(kAdvice));
+  }
+}
+
+TEST(EntryDecoder, AnEntryIsRefusedAsSoonAsItPassesItsShareOfTheBudget) {
+  // One entry may take a fifteenth of the budget, here about 1 MB: an endless string, an
+  // endless nesting and an array of plain values have no place to cut, and must stop there.
+  constexpr size_t budget = size_t{16} << 20;
+  const std::string endless[][2] = {
+      {"[" + toolEntry(0) + ",{\"eventMessage\" : \"", std::string(4096, 'x')},
+      {"[", std::string(4096, '[')},
+      {"[", "1,2,3,4,5,"},
+  };
+  for (const auto& [start, more] : endless) {
+    EntryDecoder decoder({.memoryBudget = budget});
+    const size_t fed = bytesUntilFailure(decoder, start, more, 8 * budget);
+    ASSERT_NE(fed, 0u) << "never stopped: " << more.substr(0, 10);
+    EXPECT_GT(fed, budget / 16);
+    EXPECT_LT(fed, budget / 14);
+    const auto list = decoder.finish();
+    ASSERT_FALSE(list.ok());
+    EXPECT_EQ(list.error().message(),
+              "the log output is too large: an entry passes 1.1 MB, the most one entry may take "
+              "of the 17 MB of memory set aside" +
+                  std::string(kAdvice));
+  }
+}
+
 }  // namespace
 }  // namespace kavor

@@ -1,5 +1,6 @@
 // The log tool's output, fed whole and fed in small bites cut into small pieces, must decode to
-// the same entries or fail both ways; and nothing may crash or leak.
+// the same entries or fail both ways, also within a small memory budget unless it is refused as
+// too large; and nothing may crash or leak.
 
 #include <cstdint>
 #include <cstdlib>
@@ -41,5 +42,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     decoder.feed(text.substr(at, bite));
   const std::string split = describe(decoder.finish());
   if (whole != split) std::abort();
+
+  // A budget that lets one entry take about data[0] bytes, so that these small inputs pass it
+  // often: it may refuse the output, never change it, and a refusal says so.
+  const size_t budget = (size_t{16} << 10) + size_t{data[0]} * 16;
+  kavor::EntryDecoder limited(kavor::EntryDecoder::Options{piece, worker, budget});
+  for (size_t at = 0; at < text.size(); at += bite)
+    limited.feed(text.substr(at, bite));
+  const auto bounded = limited.finish();
+  if (bounded.ok() ? describe(bounded) != whole
+                   : bounded.error().kind != kavor::ErrorKind::tooLarge && whole != "error")
+    std::abort();
   return 0;
 }

@@ -1,6 +1,7 @@
 #include "platform/file_settings_store.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <chrono>
@@ -141,6 +142,19 @@ TEST(FileSettingsStore, AnUnreadableFileIsKeptAsideAndTheStoreStartsEmpty) {
     ASSERT_TRUE(store.setInteger("x", 1));
     EXPECT_EQ(FileSettingsStore(file).integerValue("x"), 1);
   }
+}
+
+TEST(FileSettingsStore, APipeInPlaceOfTheFileIsUnreadableNotWaitedOn) {
+  TempFolder tmp;
+  const fs::path file = tmp / "Kavor.plist";
+  // Nobody will ever write to it: opening it to read would wait for ever.
+  ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+  FileSettingsStore store(file);
+  EXPECT_FALSE(store.contains("x"));
+  ASSERT_TRUE(store.setAside().has_value());
+  EXPECT_EQ(fs::status(*store.setAside()).type(), fs::file_type::fifo);
+  ASSERT_TRUE(store.setInteger("x", 1));
+  EXPECT_EQ(FileSettingsStore(file).integerValue("x"), 1);
 }
 
 TEST(FileSettingsStore, AFailedWriteIsReportedAndTheValueStillChanges) {
