@@ -28,7 +28,7 @@ struct Error {
 Error ioError(std::string context, int err);
 
 template <class T>
-class Expected {
+class [[nodiscard]] Expected {
  public:
   Expected(T value) : v_(std::move(value)) {}      // NOLINT: implicit by design, like std::expected
   Expected(Error error) : v_(std::move(error)) {}  // NOLINT

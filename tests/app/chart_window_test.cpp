@@ -136,7 +136,7 @@ class ChartWindowTest : public QObject {
   void noChartWhileTheChartViewIsOff() {
     FakeToolRoot tool;
     TestApp app(tool.root());
-    app.settings.setBool("dontShowGraphView", true);
+    QVERIFY(app.settings.setBool("dontShowGraphView", true));
     app.context().delegate().applicationDidFinishLaunching();
     AppDocument* document = app.newDocument();
     tool.printOutput(kFourEntries);

@@ -259,7 +259,7 @@ class MainWindowTest : public QObject {
     const QString unfiltered = viewText(view);
     QCOMPARE(unfiltered.count('\n'), 20);
     QVERIFY(view.ui().resultNotice->isHidden());
-    app.settings.setNamedList("specFiltList", {{"none", ""}, {"*slow", "(a+)+$"}});
+    QVERIFY(app.settings.setNamedList("specFiltList", {{"none", ""}, {"*slow", "(a+)+$"}}));
     app.settings.notifications().post("Customs-Changed");
 
     // The window answers while the pass waits; a quicker restyle replaces it, and the pass's
@@ -333,7 +333,7 @@ class MainWindowTest : public QObject {
   void fontSizeStopsAtItsBoundsAndIsStored() {
     FakeToolRoot tool;
     TestApp app(tool.root());
-    app.settings.setDouble("fontSize", 22);
+    QVERIFY(app.settings.setDouble("fontSize", 22));
     ViewController& view = TestApp::controller(app.newDocument());
     QCOMPARE(view.settings().theFontSize, 22.0);
     for (double expected : {23.0, 24.0, 24.0}) {
@@ -343,14 +343,14 @@ class MainWindowTest : public QObject {
     QCOMPARE(app.settings.doubleValue("fontSize"), 24.0);
     QCOMPARE(view.resultView().font().pointSizeF(), 24.0);
 
-    app.settings.setDouble("fontSize", 5);
+    QVERIFY(app.settings.setDouble("fontSize", 5));
     ViewController& second = TestApp::controller(app.newDocument());
     second.decFontSize();
     second.decFontSize();
     QCOMPARE(second.settings().theFontSize, 4.0);
     QCOMPARE(app.settings.doubleValue("fontSize"), 4.0);
 
-    app.settings.setDouble("fontSize", 3.5);
+    QVERIFY(app.settings.setDouble("fontSize", 3.5));
     QCOMPARE(TestApp::controller(app.newDocument()).settings().theFontSize, 12.0);
   }
 
@@ -400,8 +400,8 @@ class MainWindowTest : public QObject {
   void signpostItemsAreHiddenBefore1013() {
     FakeToolRoot tool("10.12.6");
     TestApp app(tool.root());
-    app.settings.setBool("showSignposts", true);
-    app.settings.setBool("fetchSignposts", true);
+    QVERIFY(app.settings.setBool("showSignposts", true));
+    QVERIFY(app.settings.setBool("fetchSignposts", true));
     ViewController& view = TestApp::controller(app.newDocument());
     QCOMPARE(view.settings().osVersion, 12);
     view.viewDidAppear();

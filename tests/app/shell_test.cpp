@@ -45,7 +45,7 @@ class ShellTest : public QObject {
   void launchReadsTheChartSwitchAndSetsTheWindowsMenu() {
     FakeToolRoot tool;
     TestApp app(tool.root());
-    app.settings.setBool("dontShowGraphView", true);
+    QVERIFY(app.settings.setBool("dontShowGraphView", true));
     QAction* openChart = item(app, kWindowsMenuTitle, kOpenChartItem);
     openChart->setVisible(true);
     openChart->setEnabled(true);
@@ -105,8 +105,8 @@ class ShellTest : public QObject {
     TestApp app(tool.root());
     ViewController& view = TestApp::controller(app.newDocument());
     QCOMPARE(view.settings().specFiltList.size(), size_t{10});
-    app.settings.setNamedList("specFiltList", {{"none", ""}, {"mine", "x"}});
-    app.settings.setInteger("logLimit", 100);
+    QVERIFY(app.settings.setNamedList("specFiltList", {{"none", ""}, {"mine", "x"}}));
+    QVERIFY(app.settings.setInteger("logLimit", 100));
     app.settings.notifications().post("Customs-Changed");
     QCOMPARE(view.settings().specFiltList.size(), size_t{2});
     QCOMPARE(view.settings().theLogCap, int64_t{100});

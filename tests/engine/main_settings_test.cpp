@@ -23,12 +23,12 @@ NamedList twoEntries(const std::string& first, const std::string& second) {
 
 // A store as a previous session left it: three two-entry lists and the given selections.
 void seedStore(MemorySettingsStore& store, int64_t pred, int64_t filt, int64_t style) {
-  store.setNamedList(kSpecPredListKey, twoEntries("p0", "p1"));
-  store.setNamedList(kSpecFiltListKey, twoEntries("f0", "f1"));
-  store.setNamedList(kSpecStyleListKey, twoEntries("s0", "s1"));
-  store.setInteger(kPopupPredicateKey, pred);
-  store.setInteger(kPopupFilterKey, filt);
-  store.setInteger(kPopupStyleKey, style);
+  EXPECT_TRUE(store.setNamedList(kSpecPredListKey, twoEntries("p0", "p1")));
+  EXPECT_TRUE(store.setNamedList(kSpecFiltListKey, twoEntries("f0", "f1")));
+  EXPECT_TRUE(store.setNamedList(kSpecStyleListKey, twoEntries("s0", "s1")));
+  EXPECT_TRUE(store.setInteger(kPopupPredicateKey, pred));
+  EXPECT_TRUE(store.setInteger(kPopupFilterKey, filt));
+  EXPECT_TRUE(store.setInteger(kPopupStyleKey, style));
 }
 
 TEST(FactoryLists, ExactContents) {
@@ -91,7 +91,7 @@ TEST(ResetFactorySettings, WritesInOrderThenPostsThenSetsTheWindow) {
 
 TEST(ResetFactorySettings, Below13LeavesSignpostKeysAlone) {
   MemorySettingsStore store;
-  store.setBool(kShowSignpostsKey, true);
+  EXPECT_TRUE(store.setBool(kShowSignpostsKey, true));
   MainSettings s;
   s.osVersion = 12;
   ASSERT_TRUE(resetFactorySettings(s, store));
@@ -118,10 +118,10 @@ TEST(LoadMainSettingsAtStart, EmptyStoreGetsFactorySettings) {
 TEST(LoadMainSettingsAtStart, StoredValuesAndTheirCorrections) {
   MemorySettingsStore store;
   seedStore(store, 0, 0, 0);
-  store.setInteger(kTimePeriodKey, 0);
-  store.setInteger(kPopupTimeUnitsKey, 7);
-  store.setBool(kShowSignpostsKey, true);
-  store.setBool(kFetchSignpostsKey, true);
+  EXPECT_TRUE(store.setInteger(kTimePeriodKey, 0));
+  EXPECT_TRUE(store.setInteger(kPopupTimeUnitsKey, 7));
+  EXPECT_TRUE(store.setBool(kShowSignpostsKey, true));
+  EXPECT_TRUE(store.setBool(kFetchSignpostsKey, true));
   MainSettings s;
   ASSERT_TRUE(loadMainSettingsAtStart(s, store, 12));
   EXPECT_EQ(s.theTimePeriod, -20);
@@ -129,8 +129,8 @@ TEST(LoadMainSettingsAtStart, StoredValuesAndTheirCorrections) {
   EXPECT_FALSE(s.showSignposts || s.fetchSignposts);
   EXPECT_EQ(s.thePredicateStr, "p0");  // the stored lists were kept: no reset ran
 
-  store.setInteger(kTimePeriodKey, 3);
-  store.setInteger(kPopupTimeUnitsKey, 2);
+  EXPECT_TRUE(store.setInteger(kTimePeriodKey, 3));
+  EXPECT_TRUE(store.setInteger(kPopupTimeUnitsKey, 2));
   ASSERT_TRUE(loadMainSettingsAtStart(s, store, 13));
   EXPECT_EQ(s.theTimePeriod, 3);
   EXPECT_EQ(s.theTimeSelStr, "hour");
@@ -139,18 +139,18 @@ TEST(LoadMainSettingsAtStart, StoredValuesAndTheirCorrections) {
   // Beyond the largest size the commands reach, the text would not be readable (1e308 blanks it).
   for (const auto& [stored, expected] :
        {std::pair{3.5, 12.0}, {4.0, 4.0}, {18.0, 18.0}, {24.5, 24.0}, {1e308, 24.0}}) {
-    store.setDouble(kFontSizeKey, stored);
+    EXPECT_TRUE(store.setDouble(kFontSizeKey, stored));
     ASSERT_TRUE(loadMainSettingsAtStart(s, store, 15));
     EXPECT_EQ(s.theFontSize, expected) << stored;
   }
-  store.removeValue(kFontSizeKey);
+  EXPECT_TRUE(store.removeValue(kFontSizeKey));
   EXPECT_EQ(fontSizeFromStore(store), 12.0);
 }
 
 TEST(LoadMainSettingsAtStart, EmptyStyleListResetsCorruptOneFallsBack) {
   MemorySettingsStore empty;
   seedStore(empty, 0, 0, 0);
-  empty.setValue(kSpecStyleListKey, arrayValue({}));
+  EXPECT_TRUE(empty.setValue(kSpecStyleListKey, arrayValue({})));
   MainSettings s;
   ASSERT_TRUE(loadMainSettingsAtStart(s, empty, 15));
   EXPECT_EQ(empty.namedList(kSpecPredListKey).list, factoryPredicateList());
@@ -159,9 +159,9 @@ TEST(LoadMainSettingsAtStart, EmptyStyleListResetsCorruptOneFallsBack) {
   for (const PlistValue& bad : {arrayValue({arrayValue({"only a name"})}), PlistValue("a list?")}) {
     MemorySettingsStore corrupt;
     seedStore(corrupt, 0, 0, 0);
-    corrupt.setValue(kSpecStyleListKey, bad);
-    corrupt.setValue(kSpecFiltListKey, arrayValue({arrayValue({"a", 5})}));
-    corrupt.setValue(kSpecPredListKey, 7);
+    EXPECT_TRUE(corrupt.setValue(kSpecStyleListKey, bad));
+    EXPECT_TRUE(corrupt.setValue(kSpecFiltListKey, arrayValue({arrayValue({"a", 5})})));
+    EXPECT_TRUE(corrupt.setValue(kSpecPredListKey, 7));
     MainSettings t;
     ASSERT_TRUE(loadMainSettingsAtStart(t, corrupt, 12));
     EXPECT_EQ(t.specStyleList, factoryStyleList(12));
@@ -202,19 +202,19 @@ TEST(LoadCusMenu, RunsOnCustomsChangedAndAppliesTheCapRule) {
   int reloads = 0;
   auto obs = observeCustomsChanged(s, store, [&] { ++reloads; });
   for (const auto& [stored, expected] : {std::pair{100, 100}, {99, 999}}) {
-    store.setInteger(kLogLimitKey, stored);
+    EXPECT_TRUE(store.setInteger(kLogLimitKey, stored));
     store.notifications().post(kCustomsChanged);
     EXPECT_EQ(s.theLogCap, expected) << stored;
   }
-  store.removeValue(kLogLimitKey);
-  store.setNamedList(kSpecPredListKey, twoEntries("q0", "q1"));
+  EXPECT_TRUE(store.removeValue(kLogLimitKey));
+  EXPECT_TRUE(store.setNamedList(kSpecPredListKey, twoEntries("q0", "q1")));
   store.notifications().post(kCustomsChanged);
   EXPECT_EQ(s.theLogCap, 999);
   EXPECT_EQ(s.thePredicateStr, "q1");
   EXPECT_EQ(reloads, 3);
 
   obs.reset();
-  store.setInteger(kLogLimitKey, 300);
+  EXPECT_TRUE(store.setInteger(kLogLimitKey, 300));
   store.notifications().post(kCustomsChanged);
   EXPECT_EQ(s.theLogCap, 999);
 }
