@@ -114,6 +114,8 @@ std::optional<StylerInput> stylerInputFor(const StyleChoice& choice, int osVersi
 void writeStyledEntries(const StyleChoice& choice, const StyledEntries& styled) {
   writeStyled(styled.text, choice.mode);
   if (choice.counts && styled.entryCount) std::fprintf(stderr, "%s\n", styled.entryCount->c_str());
+  // The output is partial: say so where a script or a person will see it.
+  if (styled.notice) std::fprintf(stderr, "%s\n", styled.notice->c_str());
 }
 
 int printStyled(const StyleChoice& choice, int osVersion, const EntryList& entries) {

@@ -139,3 +139,8 @@ kavor_cli_case(query_archive_option ARGS query ${base} --archive "/tmp/with spac
 kavor_cli_case(query_file_option ARGS query ${base} --file /tmp/x.logarchive --os-version 12)
 kavor_cli_case(query_two_sources ARGS query --archive a --file b EXIT 64
                STDERR_HAS "exclude each other")
+
+# A filter expression too slow for a message: the entry is left out, and standard error says so.
+kavor_cli_case(style_slow_filter ARGS style --style 10 --color never --filter-name "*slow"
+               --filter-text "(a+)+$" --os-version 17 ${KAVOR_TEST_DATA}/cli/slow_filter.json
+               STDERR_HAS "too slow for some messages: 1 entry is left out")
