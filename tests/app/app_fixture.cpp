@@ -1,13 +1,9 @@
 #include "tests/app/app_fixture.h"
 
-#include <stdlib.h>
-
 #include <QApplication>
 #include <QCoreApplication>
 #include <QTest>
-#include <fstream>
 #include <map>
-#include <sstream>
 
 #include "app/document/app_document.h"
 #include "app/document/document_controller.h"
@@ -19,29 +15,6 @@
 namespace kavor::app_testing {
 
 namespace fs = std::filesystem;
-
-TempFolder::TempFolder() {
-  std::string pattern = (fs::temp_directory_path() / "kavor-app-XXXXXX").string();
-  if (::mkdtemp(pattern.data()) != nullptr) path_ = pattern;
-}
-
-TempFolder::~TempFolder() {
-  std::error_code ignored;
-  if (!path_.empty()) fs::remove_all(path_, ignored);
-}
-
-void writeFile(const fs::path& file, std::string_view bytes) {
-  fs::create_directories(file.parent_path());
-  std::ofstream out(file, std::ios::binary | std::ios::trunc);
-  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-}
-
-std::string readFile(const fs::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  std::stringstream bytes;
-  bytes << in.rdbuf();
-  return bytes.str();
-}
 
 fs::path standInRoot(std::string_view macosVersion) {
   static TempFolder folder;

@@ -17,6 +17,7 @@
 #include "app/shell/file_panels.h"
 #include "platform/clock.h"
 #include "platform/settings_store.h"
+#include "tests/platform/temp_folder.h"
 
 namespace kavor::app {
 class AppDocument;
@@ -25,21 +26,9 @@ class ViewController;
 
 namespace kavor::app_testing {
 
-// A folder removed with everything in it.
-class TempFolder {
- public:
-  TempFolder();
-  ~TempFolder();
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-  const std::filesystem::path& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
-
-void writeFile(const std::filesystem::path& file, std::string_view bytes);
-std::string readFile(const std::filesystem::path& file);
+using testing_support::readFile;
+using testing_support::TempFolder;
+using testing_support::writeFile;
 
 // A system root laid out by the stand-in tool's make-system, once per version and run.
 std::filesystem::path standInRoot(std::string_view macosVersion = "10.15.7");

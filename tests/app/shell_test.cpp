@@ -90,21 +90,10 @@ class ShellTest : public QObject {
     QVERIFY(two.settings().showActivities && !one.settings().showActivities);
   }
 
-  void newDocumentHidesOpenChart() {
-    FakeToolRoot tool;
-    TestApp app(tool.root());
-    QAction* openChart = item(app, kWindowsMenuTitle, kOpenChartItem);
-    openChart->setVisible(true);
-    openChart->setEnabled(true);
-    app.newDocument();
-    QVERIFY(!openChart->isVisible() && !openChart->isEnabled());
-  }
-
   void customListsChangedReloadsEveryWindow() {
     FakeToolRoot tool;
     TestApp app(tool.root());
     ViewController& view = TestApp::controller(app.newDocument());
-    QCOMPARE(view.settings().specFiltList.size(), size_t{10});
     QVERIFY(app.settings.setNamedList("specFiltList", {{"none", ""}, {"mine", "x"}}));
     QVERIFY(app.settings.setInteger("logLimit", 100));
     app.settings.notifications().post("Customs-Changed");

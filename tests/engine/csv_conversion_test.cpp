@@ -1,9 +1,11 @@
+// Headers by system version, rows that are no record and the show switches are checked by the
+// kavor-cli csv cases; these are the rules inside a row.
+
 #include "engine/query/csv_conversion.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 #include "engine/core/entry_decoder.h"
 
@@ -21,15 +23,15 @@ constexpr std::string_view kHeaderFrom14 =
 constexpr std::string_view kRestBefore13 = R"(,,"","","",,,,,,"","","","","","")"
                                            "\n";
 
-std::string csv(std::string_view json, int osVersion = 15, ShowSwitches switches = {}) {
+std::string csv(std::string_view json, int osVersion = 15) {
   Expected<EntryList> list = decodeEntries(json);
   EXPECT_TRUE(list) << list.error().message();
   if (!list) return {};
-  return convertToCsv(*list, osVersion, switches).value_or("(nothing)");
+  return convertToCsv(*list, osVersion, {}).value_or("(nothing)");
 }
 
-std::string rows(std::string_view json, int osVersion = 15, ShowSwitches switches = {}) {
-  const std::string text = csv(json, osVersion, switches);
+std::string rows(std::string_view json, int osVersion) {
+  const std::string text = csv(json, osVersion);
   return text.substr(text.find('\n') + 1);
 }
 
@@ -51,22 +53,6 @@ std::string message(std::string_view text) {
                  EntryKey::eventMessage);
 }
 
-TEST(CsvConversion, HeadersFollowTheSystem) {
-  for (int osVersion : {14, 15, 17})
-    EXPECT_EQ(csv("[{}]", osVersion).substr(0, kHeaderFrom14.size()), kHeaderFrom14);
-  EXPECT_EQ(csv("[{}]", 13).substr(0, csv("[{}]", 13).find('\n') + 1),
-            "datestamp,timestamp,timecorr,machTimestamp,messageType,category,subsystem,"
-            "processUniqueID,threadID,traceID,senderProgramCounter,processID,eventMessage,"
-            "processImagePath,processImageUUID,senderImagePath,senderImageUUID,timezoneName,"
-            "eventType,activityIdentifier,parentActivityIdentifier,creatorActivityID,signpostID,"
-            "source\n");
-  EXPECT_EQ(csv("[{}]", 12).substr(0, csv("[{}]", 12).find('\n') + 1),
-            "datestamp,timestamp,timecorr,machTimestamp,messageType,category,subsystem,"
-            "processUniqueID,threadID,traceID,senderProgramCounter,processID,eventMessage,"
-            "processImagePath,processImageUUID,senderImagePath,senderImageUUID,timezoneName\n");
-  EXPECT_EQ(csv("[]"), "(nothing)");
-}
-
 TEST(CsvConversion, FullEntryFillsEveryColumn) {
   EXPECT_EQ(
       csv(R"([{"timestamp" : "2020-11-16 10:20:30.123456+0000", "machTimestamp" : 86419224108211,
@@ -85,15 +71,6 @@ TEST(CsvConversion, FullEntryFillsEveryColumn) {
           R"("/usr/sbin/cfprefsd","E6A0","/usr/lib/libxpc.dylib","3D2F","","logEvent",)"
           R"(0,7,8,9,"sn","st","ss",null)"
           "\n");
-}
-
-TEST(CsvConversion, MissingKeysAndNonRecordsGiveEmptyFields) {
-  const std::string row = rowOf(R"({"subsystem" : "s"})");
-  EXPECT_EQ(fieldOf(row, EntryKey::processID), "");
-  EXPECT_EQ(fieldOf(row, EntryKey::category), "\"\"");
-  EXPECT_EQ(fieldOf(row, EntryKey::subsystem), "\"s\"");
-  const std::string empty = "\"\"" + std::string(kRestBefore13);
-  EXPECT_EQ(rows(R"([{}, 42, "text", null, [1, 2]])", 12), empty + empty + empty + empty + empty);
 }
 
 TEST(CsvConversion, TimestampSplitsFromTwentyNineCharacters) {
@@ -147,28 +124,6 @@ TEST(CsvConversion, OnlyImagePathsAndMessageDoubleQuotes) {
   EXPECT_EQ(fieldOf(row, EntryKey::category), R"("c"d")");
   EXPECT_EQ(fieldOf(row, EntryKey::subsystem), R"("s""t")");
   EXPECT_EQ(fieldOf(row, EntryKey::processImageUUID), R"("u"v")");
-}
-
-TEST(CsvConversion, ShowSwitchesPickRowsByEventType) {
-  const auto subsystems = [](ShowSwitches switches) {
-    const std::string text = rows(R"([
-      {"subsystem" : "log", "eventType" : "logEvent"},
-      {"subsystem" : "signpost", "eventType" : "signpostEvent"},
-      {"subsystem" : "activity", "eventType" : "activityCreateEvent"},
-      {"subsystem" : "state", "eventType" : "stateEvent"},
-      {"subsystem" : "untyped"}, {"subsystem" : "numbered", "eventType" : 3}, 42])",
-                                  12, switches);
-    std::vector<std::string> seen;
-    for (size_t at = 0; at < text.size(); at = text.find('\n', at) + 1)
-      seen.push_back(fieldOf(std::string_view(text).substr(at), EntryKey::subsystem));
-    return seen;
-  };
-  using V = std::vector<std::string>;
-  EXPECT_EQ(subsystems({}),
-            (V{R"("log")", R"("state")", R"("untyped")", R"("numbered")", R"("")"}));
-  EXPECT_EQ(subsystems({.showLogEntries = false, .showSignposts = true, .showActivities = true}),
-            (V{R"("signpost")", R"("activity")", R"("state")", R"("untyped")", R"("numbered")",
-               R"("")"}));
 }
 
 TEST(CsvConversion, UnexpectedTypes) {

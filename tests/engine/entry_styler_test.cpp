@@ -1,3 +1,5 @@
+// Colours are checked by the kavor-cli style cases, which write them as markup.
+
 #include "engine/query/entry_styler.h"
 
 #include <gtest/gtest.h>
@@ -16,22 +18,6 @@ EntryList decoded(std::string_view json) {
   return list ? std::move(*list) : EntryList{};
 }
 
-// The text with each coloured run wrapped as <r>...</r>, <g>...</g> or <b>...</b>.
-std::string markup(const StyledText& styled) {
-  std::string out;
-  size_t at = 0;
-  for (const ColourRun& run : styled.runs) {
-    const char tag = run.colour == TextColour::red     ? 'r'
-                     : run.colour == TextColour::green ? 'g'
-                                                       : 'b';
-    out.append(styled.text, at, run.begin - at);
-    out +=
-        std::string("<") + tag + ">" + styled.text.substr(run.begin, run.length) + "</" + tag + ">";
-    at = run.begin + run.length;
-  }
-  return out + styled.text.substr(at);
-}
-
 struct Styler {
   StylerInput input;
   explicit Styler(std::string_view style) {
@@ -48,25 +34,6 @@ struct Styler {
     return styleEntries(input).text.text;
   }
 };
-
-constexpr std::string_view kWorkedEntry = R"([{"timestamp" : "2020-05-01 09:41:07.123456+0100",
-  "messageType" : "Default", "threadID" : 4711, "processID" : 85,
-  "subsystem" : "com.apple.xpc", "eventMessage" : "hello", "eventType" : "logEvent"}])";
-
-TEST(EntryStyler, WorkedExampleColoursEachPieceWithItsSpace) {
-  const EntryList list = decoded(kWorkedEntry);
-  StylerInput input;
-  input.entries = &list;
-  input.styleText = "0hr 2g 6b 9b 4r 10";
-  input.osVersion = 17;
-  const StyledEntries out = styleEntries(input);
-  EXPECT_EQ(markup(out.text),
-            "<r>09:41:07.123456 </r><g>Default </g><b>4711 </b><b>85 </b><r>com.apple.xpc </r>"
-            "hello \n");
-  EXPECT_EQ(out.entryCount, "(1)");
-  input.limitEntries = false;
-  EXPECT_EQ(styleEntries(input).entryCount, "1");
-}
 
 TEST(EntryStyler, NoDocumentGivesNoTextAndLeavesTheLabel) {
   StylerInput input;

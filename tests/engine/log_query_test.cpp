@@ -1,8 +1,10 @@
+// The whole argument list for the usual forms of the query is checked by the kavor-cli query
+// cases; these are its windows, awkward texts and the form's fields.
+
 #include "engine/query/log_query.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <optional>
 #include <string>
 #include <vector>
@@ -31,34 +33,6 @@ class LogQueryTest : public ::testing::Test {
   }
 };
 
-TEST_F(LogQueryTest, LiveLogWithAPredicateRow) {
-  ComboBoxModel box;
-  const NamedList preds = factoryPredicateList();
-  for (const ListEntry& entry : preds)
-    box.addItem(entry.name);
-  box.selectItem(3);  // "error"
-
-  QueryInput in = input(-20, 1);
-  in.predicate = predicateFromBox(box, preds);
-  const LogQuery q = buildLogQuery(in, paris);
-  EXPECT_EQ(q.theFullCmdStr, (Args{"show", "--predicate", R"(eventMessage CONTAINS[c] "error")",
-                                   "--style", "json", "--info", "--signpost", "--start",
-                                   "2020-05-01 09:40:00", "--end", "2020-05-01 10:00:00"}));
-  EXPECT_EQ(q.startDate, kBase - 1200);
-  EXPECT_EQ(q.endDate, kBase);
-}
-
-TEST_F(LogQueryTest, ArchiveNoPredicateDebugWithoutInfo) {
-  QueryInput in = input(0, 0);
-  in.source = sourceFromPath("/Users/me/Desktop/crash.logarchive");
-  in.fetchInfo = false;
-  in.fetchDebug = true;
-  const LogQuery q = buildLogQuery(in, paris);
-  EXPECT_EQ(q.theFullCmdStr, (Args{"show", "--archive", "/Users/me/Desktop/crash.logarchive",
-                                   "--style", "json", "--signpost", "--debug", "--start",
-                                   "2020-05-01 09:59:00", "--end", "2020-05-01 10:00:00"}));
-}
-
 TEST_F(LogQueryTest, TimeWindows) {
   struct Case {
     int64_t period;
@@ -79,22 +53,6 @@ TEST_F(LogQueryTest, TimeWindows) {
     EXPECT_EQ(q.startDate, c.start) << c.period << " unit " << c.unit;
     EXPECT_EQ(q.endDate, c.end) << c.period << " unit " << c.unit;
   }
-  const Args threeHours = buildLogQuery(input(3, 2), paris).theFullCmdStr;
-  EXPECT_EQ(Args(threeHours.end() - 4, threeHours.end()),
-            (Args{"--start", "2020-05-01 10:00:00", "--end", "2020-05-01 13:00:00"}));
-}
-
-TEST_F(LogQueryTest, SignpostsNeedThirteen) {
-  QueryInput in = input(-20, 0);
-  in.osVersion = 12;
-  const Args old = buildLogQuery(in, paris).theFullCmdStr;
-  EXPECT_EQ(std::count(old.begin(), old.end(), "--signpost"), 0);
-  in.osVersion = 13;
-  const Args first = buildLogQuery(in, paris).theFullCmdStr;
-  EXPECT_EQ(std::count(first.begin(), first.end(), "--signpost"), 1);
-  in.fetchSignposts = false;
-  const Args off = buildLogQuery(in, paris).theFullCmdStr;
-  EXPECT_EQ(std::count(off.begin(), off.end(), "--signpost"), 0);
 }
 
 TEST_F(LogQueryTest, AwkwardTextsStayOneArgumentEach) {

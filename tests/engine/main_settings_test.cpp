@@ -31,29 +31,6 @@ void seedStore(MemorySettingsStore& store, int64_t pred, int64_t filt, int64_t s
   EXPECT_TRUE(store.setInteger(kPopupStyleKey, style));
 }
 
-TEST(FactoryLists, ExactContents) {
-  const NamedList preds = factoryPredicateList();
-  ASSERT_EQ(preds.size(), 7u);
-  EXPECT_EQ(preds[0], (ListEntry{"none", ""}));
-  EXPECT_EQ(preds[2], (ListEntry{"TimeMachineFull",
-                                 "subsystem == \"com.apple.TimeMachine\" || eventMessage "
-                                 "CONTAINS[c] \"backup\" || eventMessage CONTAINS[c] \"Time "
-                                 "Machine\" || eventMessage CONTAINS[c] \"TimeMachine\""}));
-  EXPECT_EQ(preds[4], (ListEntry{"===", "eventMessage CONTAINS[c] \"===\""}));
-  EXPECT_EQ(preds[6], (ListEntry{"Nimbet", "subsystem == \"co.tarnwick.nimbet\""}));
-
-  const NamedList filters = factoryFilterList();
-  ASSERT_EQ(filters.size(), 10u);
-  EXPECT_EQ(filters[8], (ListEntry{"boot:", "boot:"}));
-
-  const NamedList styles = factoryStyleList(13);
-  ASSERT_EQ(styles.size(), 6u);
-  EXPECT_EQ(styles[0], (ListEntry{"none", "0h 4 10"}));
-  EXPECT_EQ(styles[4], (ListEntry{"starters", "0hr 1 2 3 4b 5 6 7 8 9 10g 11 12 13 14 15 16"}));
-  EXPECT_EQ(styles[5], (ListEntry{"starters+", "0 2g 6 9 4b 3 11fr 13fg 10"}));
-  EXPECT_EQ(factoryStyleList(12)[4].text, "0hr 1 2 3 4b 5 6 7 8 9 10g 11 12 13 14 15");
-}
-
 TEST(ResetFactorySettings, WritesInOrderThenPostsThenSetsTheWindow) {
   MemorySettingsStore store;
   MainSettings s;
@@ -74,11 +51,6 @@ TEST(ResetFactorySettings, WritesInOrderThenPostsThenSetsTheWindow) {
                 "limitEntries", "showLogEntries", "showSignposts", "fetchInfo", "fetchSignposts",
                 "dontShowGraphView", "fetchDebug", "replaceOnImportbutton", "specPredList",
                 "specFiltList", "specStyleList", "logLimit"}));
-  EXPECT_EQ(store.integerValue(kTimePeriodKey), -20);
-  EXPECT_EQ(store.value(kShowSignpostsKey), PlistValue(false));
-  EXPECT_EQ(store.value(kFetchSignpostsKey), PlistValue(true));
-  EXPECT_EQ(store.value(kReplaceOnImportKey), PlistValue(true));
-  EXPECT_EQ(store.integerValue(kLogLimitKey), 999);
   EXPECT_EQ(store.namedList(kSpecStyleListKey).list, factoryStyleList(15));
   EXPECT_EQ(s.specFiltList, factoryFilterList());
 
@@ -107,12 +79,7 @@ TEST(LoadMainSettingsAtStart, EmptyStoreGetsFactorySettings) {
   EXPECT_EQ(store.namedList(kSpecStyleListKey).list, factoryStyleList(15));
   EXPECT_EQ(s.comboFilter.rowCount(), 10);
   EXPECT_EQ(s.comboStyle.selectedIndex(), 0);
-  EXPECT_EQ(s.thePredicateStr + s.theFilterStr + s.theStyleStr, "nonenonenone");
-  EXPECT_EQ(s.theTimeSelStr, "sec");
   EXPECT_EQ(s.theTimePeriod, -20);
-  EXPECT_EQ(s.theLogCap, 999);
-  EXPECT_TRUE(s.limitEntries && s.showLogEntries && s.fetchInfo && s.fetchSignposts);
-  EXPECT_FALSE(s.showSignposts || s.fetchDebug);
 }
 
 TEST(LoadMainSettingsAtStart, StoredValuesAndTheirCorrections) {

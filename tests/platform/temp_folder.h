@@ -1,9 +1,11 @@
 #pragma once
-// A fresh folder under the test framework's temporary folder, removed with everything in it.
+// A fresh folder under the temporary folder, removed with everything in it, and whole files
+// written and read. Free of any test framework, so that the window tests share it.
 
-#include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -14,8 +16,12 @@ namespace kavor::testing_support {
 class TempFolder {
  public:
   TempFolder() {
-    std::string pattern = (std::filesystem::path(::testing::TempDir()) / "kavor-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr) ADD_FAILURE() << "mkdtemp failed for " << pattern;
+    std::string pattern = (std::filesystem::temp_directory_path() / "kavor-XXXXXX").string();
+    // Without a folder of its own a test would write beside whatever runs it.
+    if (::mkdtemp(pattern.data()) == nullptr) {
+      std::perror(pattern.c_str());
+      std::abort();
+    }
     path_ = pattern;
   }
   ~TempFolder() {

@@ -68,20 +68,6 @@ TEST_F(GetEndToEnd, AFailingToolGivesTheAlertText) {
   EXPECT_EQ(got.out, "");
 }
 
-TEST_F(GetEndToEnd, AnArchiveWithSpacesAndQuotesInItsPath) {
-  const std::string archive = (folder_ / "it's a \"log\".logarchive").string();
-  ASSERT_EQ(
-      runProgram({root_ + "/usr/bin/log", "collect", "--output", archive, "--last", "1m"}, env())
-          .status,
-      0);
-  const ProgramRun got = get({"--archive", archive, "--predicate", "processID == 0"});
-  ASSERT_EQ(got.status, 0) << got.err;
-  EXPECT_GT(std::count(got.out.begin(), got.out.end(), '\n'), 0);
-  // Every line is a kernel entry: no subsystem, so two spaces after the timestamp.
-  for (size_t at = 0; at < got.out.size(); at = got.out.find('\n', at) + 1)
-    EXPECT_EQ(got.out.substr(at + 31, 2), "  ");
-}
-
 // A system whose log tool is a script, for what the stand-in tool never does.
 class GetWithScriptedTool : public ::testing::Test {
  protected:

@@ -1,13 +1,12 @@
 // The stand-in tool run as a program, as Kavor runs it: argument lists, exit statuses, output.
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "engine/core/entry_decoder.h"
+#include "tests/platform/temp_folder.h"
 #include "tests/tools/run_program.h"
 
 namespace {
@@ -88,10 +87,7 @@ TEST(LogTool, BadInputIsAUsageError) {
 }
 
 TEST(LogTool, CollectedArchiveShowsTheLiveWindow) {
-  const auto dir =
-      std::filesystem::temp_directory_path() / ("kavor-collect-" + std::to_string(::getpid()));
-  std::filesystem::remove_all(dir);
-  std::filesystem::create_directories(dir);
+  const kavor::testing_support::TempFolder dir;
   const std::string archive = (dir / "with space \"q\".logarchive").string();
   ASSERT_EQ(runTool({"collect", "--output", archive, "--last", "2m"}).status, 0);
   const ToolRun again = runTool({"collect", "--output", archive, "--last", "2m"});
@@ -112,11 +108,10 @@ TEST(LogTool, CollectedArchiveShowsTheLiveWindow) {
       {"show", "--file", archive + "/Persist/0000000000000001.tracev3", "--style", "default"});
   EXPECT_EQ(persist.status, 0);
   EXPECT_TRUE(persist.out.starts_with("Timestamp "));
-  EXPECT_NE(runTool({"show", "--archive", dir.string()}).status, 0);
+  EXPECT_NE(runTool({"show", "--archive", dir.path().string()}).status, 0);
   const ToolRun foreign = runTool({"show", "--file", archive + "/Info.plist"});
   EXPECT_NE(foreign.status, 0);
   EXPECT_NE(foreign.err.find("not a log data file"), std::string::npos);
-  std::filesystem::remove_all(dir);
 }
 
 }  // namespace
