@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 
+#include "engine/core/memory_budget.h"
 #include "platform/child_process.h"
 
 namespace kavor {
@@ -58,7 +59,7 @@ void LogFetch::start(Work work, Completion done) {
     } catch (const std::bad_alloc&) {
       // The child is gone already: the platform ends it when an exception passes.
       *output = LogShowOutput{};
-      output->entries = Error{ErrorKind::tooLarge, std::string(kLogOutputTooLargeText), 0};
+      output->entries = memoryRefusedError();
     }
     mainThread.post([this, run, output] {
       // A cancelled run's owner may be gone: nothing of it is touched.

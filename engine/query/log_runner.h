@@ -20,8 +20,6 @@ inline constexpr std::string_view kLogErrorPrefix = "log command returned error 
 inline constexpr std::string_view kLogNotStartedPrefix = "log command could not be started: ";
 inline constexpr std::string_view kDocumentNamePrefix = "Kavor_";
 
-inline constexpr std::string_view kLogOutputTooLargeText =
-    "the log output is too large for the memory available";
 // After the first lines of what the tool wrote on standard error: "… and 4980 more lines".
 inline constexpr std::string_view kMoreLinesPrefix = "\u2026 and ";
 inline constexpr std::string_view kMoreLinesSuffix = " more lines";

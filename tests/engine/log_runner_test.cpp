@@ -7,6 +7,7 @@
 #include <memory>
 #include <new>
 
+#include "engine/core/memory_budget.h"
 #include "engine/query/log_fetch.h"
 #include "platform/clock.h"
 #include "platform/main_thread.h"
@@ -210,7 +211,17 @@ TEST_F(LogRunner, RunningOutOfMemoryIsAnAlertNotAnEnd) {
   fetch_.start([](std::stop_token) -> LogShowOutput { throw std::bad_alloc(); },
                [&](LogShowOutput&& out) { done = complete(std::move(out)); });
   mainLoop_.runUntil([&] { return done.has_value(); });
-  EXPECT_EQ(done->alertText, std::string(kLogOutputTooLargeText));
+  EXPECT_EQ(done->alertText, memoryRefusedError().message());
+  EXPECT_EQ(document_.theJSONDictionaries->size(), 1u);
+
+  // An endless output passes the budget: the tool is ended and the old results stay.
+  done.reset();
+  LogFetch budgeted(queue_, mainLoop_, {.memoryBudget = size_t{1} << 20});
+  budgeted.start(tool("endless", "echo '['; yes '{\"eventMessage\" : \"again\"},'"), {},
+                 [&](LogShowOutput&& out) { done = complete(std::move(out)); });
+  mainLoop_.runUntil([&] { return done.has_value(); });
+  ASSERT_TRUE(done->alertText.has_value());
+  EXPECT_TRUE(done->alertText->starts_with(kOutputTooLarge)) << *done->alertText;
   EXPECT_EQ(document_.theJSONDictionaries->size(), 1u);
 }
 
