@@ -84,7 +84,7 @@ StylerInput StyleRequest::input() const {
 
 bool stylesQuickly(const StylerInput& input) {
   if (!input.entries) return true;
-  if (input.filter.active && input.filter.name.starts_with('*')) return false;
+  if (input.filter.asksForExpression()) return false;
   size_t styled = input.entries->size();
   if (input.limitEntries && input.theLogCap >= 0)
     styled = std::min(styled, static_cast<size_t>(input.theLogCap) + 1);

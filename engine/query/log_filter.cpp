@@ -76,7 +76,7 @@ struct LogFilter::Regex {
 LogFilter::LogFilter(const FilterChoice& choice, std::string_view locale, FilterBudget budget)
     : active_(choice.active) {
   if (!active_) return;
-  if (choice.name.starts_with('*')) regex_ = Regex::compile(choice.text, std::move(budget));
+  if (choice.asksForExpression()) regex_ = Regex::compile(choice.text, std::move(budget));
   // A text that does not compile is still a filter: the plain text.
   if (!regex_) plain_ = std::make_unique<CaselessText>(choice.text, locale);
 }

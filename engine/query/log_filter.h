@@ -26,6 +26,8 @@ struct FilterChoice {
   static FilterChoice row(std::string name, std::string text) {
     return {true, std::move(name), std::move(text)};
   }
+  // The text is meant as a regular expression (it is taken as plain text if it does not compile).
+  bool asksForExpression() const { return active && name.starts_with('*'); }
 };
 
 // Row 0 is no filter whatever its text; a typed box filters by what it shows; any other row by
