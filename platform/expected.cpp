@@ -6,7 +6,11 @@ namespace kavor {
 
 std::string Error::message() const {
   if (sysErrno == 0) return context;
-  return context + ": " + std::strerror(sysErrno);
+  return context + ": " + reason();
+}
+
+std::string Error::reason() const {
+  return sysErrno != 0 ? std::strerror(sysErrno) : context;
 }
 
 Error ioError(std::string context, int err) {

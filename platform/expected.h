@@ -23,6 +23,8 @@ struct Error {
 
   // One line for a person: the context, then the system's own words when there are any.
   std::string message() const;
+  // The system's own words alone, or the context when the system said nothing.
+  std::string reason() const;
 };
 
 Error ioError(std::string context, int err);

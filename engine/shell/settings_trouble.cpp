@@ -1,7 +1,6 @@
 #include "engine/shell/settings_trouble.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "engine/shell/menu_texts.h"
 
@@ -13,15 +12,12 @@ std::string quoted(const std::filesystem::path& file) {
   return "\u201C" + file.string() + "\u201D";
 }
 
-// The system's reason alone: the error's own context may name a file the user never sees.
-std::string reasonOf(const Error& error) {
-  return error.sysErrno != 0 ? std::strerror(error.sysErrno) : error.context;
-}
-
+// The settings file and the system's reason alone: the error's own context may name a file the
+// user never sees.
 SettingsNotice writeFailureNotice(const std::filesystem::path& file, const Error& error) {
   return {"Your settings could not be saved.",
           std::string(kApplicationName) + " could not write its settings file " + quoted(file) +
-              " (" + reasonOf(error) + "). Changes to the settings may be lost when " +
+              " (" + error.reason() + "). Changes to the settings may be lost when " +
               std::string(kApplicationName) + " quits."};
 }
 
