@@ -2,15 +2,14 @@
 
 #include "cli/input_file.h"
 #include "engine/core/entry_decoder.h"
-#include "engine/core/memory_budget.h"
 
 namespace kavor::cli {
 
 Expected<EntryList> decodeInput(const Arguments& args) {
   auto input = InputFile::open(args.operands.empty() ? "-" : args.operands.front());
   if (!input) return input.error();
-  // Within the fetch memory budget, as a fetch is: the same output must not fare differently.
-  EntryDecoder decoder(EntryDecoder::Options{.memoryBudget = fetchMemoryBudget()});
+  // Within the fetch memory budget (the decoder's own default), as a fetch is.
+  EntryDecoder decoder;
   // Once the output is known not to decode, the rest is not read: it may never end.
   while (!decoder.failed()) {
     const auto n = input->read(decoder.prepare());

@@ -74,7 +74,7 @@ Expected<pid_t> startChild(const char* path, char* const argv[], int outFd, int 
   if (!report.open()) return ioError(std::string("starting ") + path, errno);
   sigset_t noSignals;
   ::sigemptyset(&noSignals);
-  const pid_t parent = ::getpid();
+  [[maybe_unused]] const pid_t parent = ::getpid();  // read only where a death signal is set
   const pid_t pid = ::fork();
   if (pid < 0) return ioError(std::string("starting ") + path, errno);
   if (pid == 0) {
@@ -93,7 +93,6 @@ Expected<pid_t> startChild(const char* path, char* const argv[], int outFd, int 
     (void)!::write(report.write, &failure, sizeof failure);
     ::_exit(127);
   }
-  (void)parent;
   // Here as well as in the child, so that a stop that comes at once finds the group.
   if (ownGroup) ::setpgid(pid, pid);
   report.closeWrite();
