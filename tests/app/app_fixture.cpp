@@ -113,9 +113,19 @@ std::optional<app::SaveChoice> ScriptedPanels::runSavePanel(const app::SavePanel
   return answer;
 }
 
-TestApp::TestApp(const fs::path& root, SettingsStore* store)
-    : context_(std::make_unique<app::AppContext>(
-          app::AppServices{store ? *store : settings, SystemPaths(root), clock, alerts, panels})) {}
+TestApp::TestApp(SettingsStore* store, std::string_view productVersion)
+    : tool_(std::make_unique<FakeToolRoot>(productVersion)) {
+  start(tool_->root(), store);
+}
+
+TestApp::TestApp(const fs::path& root, SettingsStore* store) {
+  start(root, store);
+}
+
+void TestApp::start(const fs::path& root, SettingsStore* store) {
+  context_ = std::make_unique<app::AppContext>(
+      app::AppServices{store ? *store : settings, SystemPaths(root), clock, alerts, panels});
+}
 
 TestApp::~TestApp() {
   context_.reset();

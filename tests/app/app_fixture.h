@@ -77,7 +77,9 @@ inline constexpr double kTestNow = 816861600.0;
 
 class TestApp {
  public:
-  // The application uses store when given, else the in-memory settings below.
+  // The application uses store when given, else the in-memory settings below; its system is
+  // the one at root, or one of its own whose log tool is scripted through tool().
+  explicit TestApp(SettingsStore* store = nullptr, std::string_view productVersion = "10.15.7");
   explicit TestApp(const std::filesystem::path& root, SettingsStore* store = nullptr);
   ~TestApp();
 
@@ -87,6 +89,7 @@ class TestApp {
   RecordingAlerts alerts;
   ScriptedPanels panels;
 
+  FakeToolRoot& tool() { return *tool_; }
   app::AppDocument* newDocument();
   static app::ViewController& controller(app::AppDocument* document);
   // Presses Get Log and waits until every run has completed.
@@ -95,6 +98,9 @@ class TestApp {
   static void settle();
 
  private:
+  void start(const std::filesystem::path& root, SettingsStore* store);
+
+  std::unique_ptr<FakeToolRoot> tool_;
   std::unique_ptr<app::AppContext> context_;
 };
 

@@ -73,11 +73,10 @@ class DocumentTest : public QObject {
 
  private slots:
   void savesCarryTheTrailerAndStyledSavesAddToTheView() {
-    FakeToolRoot tool;
-    TestApp app(tool.root());
+    TestApp app;
     AppDocument* document = app.newDocument();
     ViewController& view = TestApp::controller(document);
-    tool.printOutput(kOneEntry);
+    app.tool().printOutput(kOneEntry);
     QVERIFY(TestApp::getLog(view));
     const std::string shown = view.resultView().styledText().text;
     const std::string trailer =
@@ -111,8 +110,7 @@ class DocumentTest : public QObject {
   }
 
   void aSaveThatCannotBeWrittenIsReported() {
-    FakeToolRoot tool;
-    TestApp app(tool.root());
+    TestApp app;
     AppDocument* document = app.newDocument();
     app.panels.saveAnswers.push_back(
         SaveChoice{"/nonexistent-folder/saved.txt", std::string(kPlainTextType)});
@@ -141,8 +139,7 @@ class DocumentTest : public QObject {
   }
 
   void openingAnyFileFailsAndMakesNoDocument() {
-    FakeToolRoot tool;
-    TestApp app(tool.root());
+    TestApp app;
     app.newDocument();
     app.panels.openAnswers.push_back(std::filesystem::path("/tmp/Kavor_saved.txt"));
     app.context().documents().openDocument();
@@ -156,17 +153,15 @@ class DocumentTest : public QObject {
   }
 
   void twoWindowsKeepIndependentDocuments() {
-    FakeToolRoot tool;
-    TestApp app(tool.root());
+    TestApp app;
     AppDocument* first = app.newDocument();
     AppDocument* second = app.newDocument();
-    tool.printOutput(kOneEntry);
+    app.tool().printOutput(kOneEntry);
     QVERIFY(TestApp::getLog(TestApp::controller(first)));
     QCOMPARE(first->record().theJSONDictionaries->size(), size_t{1});
     QVERIFY(second->record().theJSONDictionaries->empty());
     QCOMPARE(viewText(TestApp::controller(second)), QString());
     QCOMPARE(second->displayName(), std::string("Untitled"));
-    QCOMPARE(first->displayName(), std::string("Kavor_2026-11-20 09:59:40"));
   }
 };
 

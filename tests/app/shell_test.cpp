@@ -43,8 +43,7 @@ class ShellTest : public QObject {
 
  private slots:
   void launchReadsTheChartSwitchAndSetsTheWindowsMenu() {
-    FakeToolRoot tool;
-    TestApp app(tool.root());
+    TestApp app;
     QVERIFY(app.settings.setBool("dontShowGraphView", true));
     QAction* openChart = item(app, kWindowsMenuTitle, kOpenChartItem);
     openChart->setVisible(true);
@@ -52,15 +51,14 @@ class ShellTest : public QObject {
     app.context().delegate().applicationDidFinishLaunching();
     QVERIFY(app.context().delegate().dontShowGraphView);
     QVERIFY(!openChart->isVisible() && !openChart->isEnabled());
-    QAction* tool_ = item(app, kWindowsMenuTitle, kLogarchiveToolItem);
-    QVERIFY(tool_->isVisible() && tool_->isEnabled());
+    QAction* archiveTool = item(app, kWindowsMenuTitle, kLogarchiveToolItem);
+    QVERIFY(archiveTool->isVisible() && archiveTool->isEnabled());
     // The check mark is left as the interface made it.
     QVERIFY(item(app, kApplicationMenuTitle, kEnableChartViewItem)->isChecked());
   }
 
   void chartSwitchTwiceRestoresValueAndMark() {
-    FakeToolRoot tool;
-    TestApp app(tool.root());
+    TestApp app;
     AppDelegate& delegate = app.context().delegate();
     QAction* mark = item(app, kApplicationMenuTitle, kEnableChartViewItem);
     mark->trigger();
@@ -72,8 +70,7 @@ class ShellTest : public QObject {
   }
 
   void activeMainWindowWritesItsSwitchesIntoTheViewMenu() {
-    FakeToolRoot tool;
-    TestApp app(tool.root());
+    TestApp app;
     AppDocument* first = app.newDocument();
     AppDocument* second = app.newDocument();
     ViewController& one = TestApp::controller(first);
@@ -90,24 +87,12 @@ class ShellTest : public QObject {
     QVERIFY(two.settings().showActivities && !one.settings().showActivities);
   }
 
-  void customListsChangedReloadsEveryWindow() {
-    FakeToolRoot tool;
-    TestApp app(tool.root());
-    ViewController& view = TestApp::controller(app.newDocument());
-    QVERIFY(app.settings.setNamedList("specFiltList", {{"none", ""}, {"mine", "x"}}));
-    QVERIFY(app.settings.setInteger("logLimit", 100));
-    app.settings.notifications().post("Customs-Changed");
-    QCOMPARE(view.settings().specFiltList.size(), size_t{2});
-    QCOMPARE(view.settings().theLogCap, int64_t{100});
-  }
-
   void settingsThatCannotBeWrittenAreToldOnce() {
     // No file can be made in /proc, not even by root.
     if (!std::filesystem::is_directory("/proc/self")) QSKIP("needs /proc");
     const std::filesystem::path file = "/proc/kavor-app-test-settings.plist";
     FileSettingsStore store(file);
-    FakeToolRoot tool;
-    TestApp app(tool.root(), &store);
+    TestApp app(&store);
     app.context().delegate().applicationDidFinishLaunching();
     QVERIFY(app.alerts.shown.empty());
     ViewController& view = TestApp::controller(app.newDocument());  // the first start's reset
@@ -129,8 +114,7 @@ class ShellTest : public QObject {
     const std::filesystem::path file = folder.path() / "Kavor.plist";
     writeFile(file, "not a property list");
     FileSettingsStore store(file);
-    FakeToolRoot tool;
-    TestApp app(tool.root(), &store);
+    TestApp app(&store);
     app.context().delegate().applicationDidFinishLaunching();
     QCOMPARE(app.alerts.shown.size(), size_t{1});
     QVERIFY(store.setAside());

@@ -129,7 +129,7 @@ void setEntries(Document& doc, const std::vector<double>& times) {
     doc.logSSystIndexes.push_back(static_cast<int64_t>(i % 2));
 }
 
-TEST(ChartData, BinEdges) {
+TEST(ChartData, BinEdgesAndWindowsOfNoWidth) {
   ChartDocument chart;
   Document& doc = chart.doc;
   // 50 bins over 60 s: 1.2 s each; past the end and without a time are kept at the edges.
@@ -149,6 +149,14 @@ TEST(ChartData, BinEdges) {
   binChartData(doc, 0, "UTC");
   EXPECT_EQ(doc.logBarValue[1], 1);
   EXPECT_EQ(doc.logBarValue[49], 3);
+
+  // No width to divide by: entries at the start in the first bin, every later one in the last.
+  doc.endDate = doc.startDate;
+  setEntries(doc, {0, 0.001, 5});
+  binChartData(doc, 0, "UTC");
+  EXPECT_EQ(doc.logBarValue.front(), 1);
+  EXPECT_EQ(doc.logBarValue.back(), 2);
+  EXPECT_EQ(doc.logBarDate.back(), doc.startDate);
 }
 
 TEST(ChartData, SelectionLeavesTheNamesAlone) {
@@ -169,16 +177,6 @@ TEST(ChartData, SelectionLeavesTheNamesAlone) {
   }
   EXPECT_EQ(doc.popSSystTypes, popBefore);
   EXPECT_EQ(doc.logSSystIndexes, indexesBefore);
-}
-
-TEST(ChartData, EmptyWindow) {
-  // No width to divide by: entries at the start in the first bin, every later one in the last.
-  ChartDocument chart(kStart, kStart);
-  setEntries(chart.doc, {0, 0.001, 5});
-  binChartData(chart.doc, 0, "UTC");
-  EXPECT_EQ(chart.doc.logBarValue.front(), 1);
-  EXPECT_EQ(chart.doc.logBarValue.back(), 2);
-  EXPECT_EQ(chart.doc.logBarDate.back(), kStart);
 }
 
 TEST(ChartData, Labels) {

@@ -72,16 +72,6 @@ TEST(ResetFactorySettings, Below13LeavesSignpostKeysAlone) {
   EXPECT_EQ(store.namedList(kSpecStyleListKey).list, factoryStyleList(12));
 }
 
-TEST(LoadMainSettingsAtStart, EmptyStoreGetsFactorySettings) {
-  MemorySettingsStore store;
-  MainSettings s;
-  ASSERT_TRUE(loadMainSettingsAtStart(s, store, 15));
-  EXPECT_EQ(store.namedList(kSpecStyleListKey).list, factoryStyleList(15));
-  EXPECT_EQ(s.comboFilter.rowCount(), 10);
-  EXPECT_EQ(s.comboStyle.selectedIndex(), 0);
-  EXPECT_EQ(s.theTimePeriod, -20);
-}
-
 TEST(LoadMainSettingsAtStart, StoredValuesAndTheirCorrections) {
   MemorySettingsStore store;
   seedStore(store, 0, 0, 0);
@@ -186,27 +176,23 @@ TEST(LoadCusMenu, RunsOnCustomsChangedAndAppliesTheCapRule) {
   EXPECT_EQ(s.theLogCap, 999);
 }
 
-TEST(ReloadListBoxes, SelectsRowZeroAndStoresTheLists) {
-  MemorySettingsStore store;
-  seedStore(store, 1, 1, 1);
-  MainSettings s;
-  loadListsIntoBoxes(s, store);
-  s.specPredList = twoEntries("x0", "x1");
-  s.comboFilter.typeText("typed");
-  ASSERT_TRUE(reloadListBoxes(s, store));
-  EXPECT_EQ(s.comboPredicate.items(), (std::vector<std::string>{"x0", "x1"}));
-  EXPECT_EQ(s.thePredicateStr, "x0");
-  EXPECT_EQ(s.comboFilter.selectedIndex(), 0);
-  EXPECT_EQ(s.theFilterStr, "f0");
-  EXPECT_EQ(store.namedList(kSpecPredListKey).list, s.specPredList);
-  EXPECT_EQ(store.integerValue(kPopupPredicateKey), 1);  // selections are saved only on request
-}
-
-TEST(DoSaveDefaults, WritesSelectionsAndSignpostsOnlyFrom13) {
+TEST(ReloadListBoxesThenDoSaveDefaults, RowZeroThenTheSelectionsAndSignpostsFrom13) {
   MemorySettingsStore old;
   seedStore(old, 1, 1, 1);
   MainSettings s;
   loadListsIntoBoxes(s, old);
+  s.specPredList = twoEntries("x0", "x1");
+  s.comboFilter.typeText("typed");
+  ASSERT_TRUE(reloadListBoxes(s, old));
+  EXPECT_EQ(s.comboPredicate.items(), (std::vector<std::string>{"x0", "x1"}));
+  EXPECT_EQ(s.thePredicateStr, "x0");
+  EXPECT_EQ(s.comboFilter.selectedIndex(), 0);
+  EXPECT_EQ(s.theFilterStr, "f0");
+  EXPECT_EQ(old.namedList(kSpecPredListKey).list, s.specPredList);
+  EXPECT_EQ(old.integerValue(kPopupPredicateKey), 1);  // selections are saved only on request
+
+  // Saved on request, the signposts only from 13.
+  s.comboFilter.selectItem(1);
   s.comboPredicate.typeText("process == \"x\"");
   s.theTimePeriod = 7;
   s.timeUnitIndex = 3;
@@ -236,7 +222,8 @@ TEST(MainSettingsWrites, FailuresReachTheCallerAndTheValuesStillChange) {
   int posted = 0;
   auto obs = store.notifications().observe(std::string(kCustomsChanged), [&] { ++posted; });
   MainSettings s;
-  const Status started = loadMainSettingsAtStart(s, store, 15);  // the first start's reset
+  // An empty store: the first start's reset, which writes the factory settings.
+  const Status started = loadMainSettingsAtStart(s, store, 15);
   ASSERT_FALSE(started);
   EXPECT_EQ(started.error().kind, ErrorKind::io);
   EXPECT_EQ(posted, 1);

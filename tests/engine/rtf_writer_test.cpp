@@ -144,24 +144,9 @@ void expectReadBack(const StyledText& text, size_t fontedLength) {
 
 TEST(RtfWriterTest, ReadsBackAsTheSameTextInTheSameColoursAndFonts) {
   // Pieces that meet control words: digits, '-' and spaces after a switch, escapes, pairs.
-  const std::string_view pieces[] = {"a",
-                                     "Z",
-                                     "0",
-                                     "-",
-                                     " ",
-                                     "\t",
-                                     "\n",
-                                     "\\",
-                                     "{",
-                                     "}",
-                                     "?",
-                                     "\xc3\xa9",
-                                     "\xe6\x97\xa5",
-                                     "\xf0\x9f\x91\x8d",
-                                     "\\par ",
-                                     "\\u123?",
-                                     "{\\b x}",
-                                     "\xef\xbf\xbd\xf4\x8f\xbf\xbf"};
+  const std::string_view pieces[] = {"a",       "Z",       "0", "-",  " ", "\t",
+                                     "\n",      "\\",      "{", "}",  "?", "\\par ",
+                                     "\\u123?", "{\\b x}", "é", "日", "👍", "\uFFFD\U0010FFFF"};
   std::mt19937 random(7);
   for (int round = 0; round < 300; ++round) {
     StyledText text;

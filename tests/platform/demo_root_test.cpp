@@ -53,19 +53,18 @@ class DemoRoot : public ::testing::Test {
   std::map<std::string, std::string> vars_;
 };
 
-TEST_F(DemoRoot, MadeOnceOnFirstUse) {
+TEST_F(DemoRoot, MadeOnceOnFirstUseUnlessARootIsNamed) {
+  vars_["KAVOR_SYSTEM_ROOT"] = (dir_ / "elsewhere").string();
+  ASSERT_TRUE(ensureDemoRoot(env(), "/nowhere/kavor-cli").ok());
+  EXPECT_EQ(runs(), 0u);
+  EXPECT_FALSE(fs::exists(dir_ / "elsewhere"));
+
+  vars_.erase("KAVOR_SYSTEM_ROOT");
   ASSERT_TRUE(ensureDemoRoot(env(), "/nowhere/kavor-cli").ok());
   EXPECT_TRUE(fs::exists(dir_ / "data/Kavor/system-root/System/Library/CoreServices/"
                                 "SystemVersion.plist"));
   ASSERT_TRUE(ensureDemoRoot(env(), "/nowhere/kavor-cli").ok());
   EXPECT_EQ(runs(), 1u);
-}
-
-TEST_F(DemoRoot, NamedRootsAreNeverTouched) {
-  vars_["KAVOR_SYSTEM_ROOT"] = (dir_ / "elsewhere").string();
-  ASSERT_TRUE(ensureDemoRoot(env(), "/nowhere/kavor-cli").ok());
-  EXPECT_EQ(runs(), 0u);
-  EXPECT_FALSE(fs::exists(dir_ / "elsewhere"));
 }
 
 TEST_F(DemoRoot, ToolFoundBesideTheProgramOrMissing) {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -84,6 +85,12 @@ std::string binaryOfArrays(const std::vector<std::vector<uint32_t>>& arrays) {
   for (const auto& refs : arrays)
     objects.push_back(arrayObject(refs));
   return binaryOfObjects(objects);
+}
+
+// The kind of error the bytes are refused with; none when they parse.
+std::optional<ErrorKind> refusal(std::string_view bytes) {
+  const auto parsed = parsePlist(bytes);
+  return parsed ? std::nullopt : std::optional(parsed.error().kind);
 }
 
 PlistValue everyKind() {
@@ -178,11 +185,8 @@ TEST(PlistValue, MalformedInputIsAParseError) {
         std::string("<plist><dict><key>a</key><string>b</dict>"),
         std::string("<plist><string>a\0b</string></plist>", 35), std::string("bplist00"),
         std::string("bplist00") + "junk", good.substr(0, good.size() - 1),
-        good.substr(0, good.size() / 2), std::string(200, '\0')}) {
-    auto parsed = parsePlist(bad);
-    ASSERT_FALSE(parsed) << "accepted: " << bad;
-    EXPECT_EQ(parsed.error().kind, ErrorKind::parse);
-  }
+        good.substr(0, good.size() / 2), std::string(200, '\0')})
+    EXPECT_EQ(refusal(bad), ErrorKind::parse) << bad;
 }
 
 TEST(PlistValue, NestingIsLimitedInBothFormsWhateverHidesTheClosingTags) {
@@ -190,11 +194,8 @@ TEST(PlistValue, NestingIsLimitedInBothFormsWhateverHidesTheClosingTags) {
   for (const std::string& deep :
        {nestedArraysXml(257), nestedArraysXml(200000), nestedArraysXml(300, "<!-- </array> -->"),
         nestedArraysXml(300, "<![CDATA[</array>]]>"),
-        nestedArraysXml(300, "<?x \"?></array>\" ?>")}) {
-    auto parsed = parsePlist(deep);
-    ASSERT_FALSE(parsed);
-    EXPECT_EQ(parsed.error().kind, ErrorKind::parse);
-  }
+        nestedArraysXml(300, "<?x \"?></array>\" ?>")})
+    EXPECT_EQ(refusal(deep), ErrorKind::parse);
   // What looks like an opening tag but is not one does not count.
   std::string shallow = "<plist><array>";
   for (int i = 0; i < 300; ++i)
@@ -204,24 +205,18 @@ TEST(PlistValue, NestingIsLimitedInBothFormsWhateverHidesTheClosingTags) {
   std::vector<std::vector<uint32_t>> chain(100000);
   for (uint32_t i = 0; i + 1 < chain.size(); ++i)
     chain[i] = {i + 1};
-  auto parsed = parsePlist(binaryOfArrays(chain));
-  ASSERT_FALSE(parsed);
-  EXPECT_EQ(parsed.error().kind, ErrorKind::parse);
+  EXPECT_EQ(refusal(binaryOfArrays(chain)), ErrorKind::parse);
 }
 
 TEST(PlistValue, BinaryCyclesSharingBombsAndNulKeysAreRefused) {
-  auto cycle = parsePlist(binaryOfArrays({{1}, {0}}));
-  ASSERT_FALSE(cycle);
-  EXPECT_EQ(cycle.error().kind, ErrorKind::parse);
-  EXPECT_FALSE(parsePlist(binaryOfArrays({{0}})));
+  EXPECT_EQ(refusal(binaryOfArrays({{1}, {0}})), ErrorKind::parse);
+  EXPECT_EQ(refusal(binaryOfArrays({{0}})), ErrorKind::parse);
 
   // Each array holds the next one twice: 2^60 values from 60 objects.
   std::vector<std::vector<uint32_t>> doubling(60);
   for (uint32_t i = 0; i + 1 < doubling.size(); ++i)
     doubling[i] = {i + 1, i + 1};
-  auto bomb = parsePlist(binaryOfArrays(doubling));
-  ASSERT_FALSE(bomb);
-  EXPECT_EQ(bomb.error().kind, ErrorKind::tooLarge);
+  EXPECT_EQ(refusal(binaryOfArrays(doubling)), ErrorKind::tooLarge);
 
   // libplist would abort on a key holding a NUL.
   const std::string dict("\xD1\0\0\0\1\0\0\0\2", 9);
@@ -240,10 +235,8 @@ TEST(PlistValue, InputOf4GiBOrMoreIsTooLarge) {
   void* block =
       ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
   if (block == MAP_FAILED) GTEST_SKIP() << "cannot reserve 4 GiB of address space";
-  auto parsed = parsePlist(std::string_view(static_cast<const char*>(block), size));
+  EXPECT_EQ(refusal(std::string_view(static_cast<const char*>(block), size)), ErrorKind::tooLarge);
   ::munmap(block, size);
-  ASSERT_FALSE(parsed);
-  EXPECT_EQ(parsed.error().kind, ErrorKind::tooLarge);
 }
 
 }  // namespace

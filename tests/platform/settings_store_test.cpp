@@ -3,32 +3,21 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <vector>
 
 namespace kavor {
 namespace {
 
 TEST(SettingsStore, BoolReadsYesTrueAndNonZeroNumbers) {
   MemorySettingsStore s;
-  const std::pair<PlistValue, bool> cases[] = {{true, true},
-                                               {false, false},
-                                               {"YES", true},
-                                               {"yes", true},
-                                               {"True", true},
-                                               {"NO", false},
-                                               {"no", false},
-                                               {" 12abc", true},
-                                               {"0", false},
-                                               {"-1", true},
-                                               {"", false},
-                                               {2, true},
-                                               {0, false},
-                                               {0.5, true},
-                                               {0.0, false},
-                                               {arrayValue({true}), false},
-                                               {PlistData{"1"}, false}};
-  for (const auto& [stored, expected] : cases) {
-    ASSERT_TRUE(s.setValue("k", stored));
-    EXPECT_EQ(s.boolValue("k"), expected) << writeXmlPlist(stored);
+  const std::vector<PlistValue> yes = {true, "YES", "yes", "True", " 12abc", "-1", 2, 0.5};
+  const std::vector<PlistValue> no = {
+      false, "NO", "no", "0", "", 0, 0.0, arrayValue({true}), PlistData{"1"}};
+  for (const auto& [values, expected] : {std::pair(yes, true), std::pair(no, false)}) {
+    for (const PlistValue& stored : values) {
+      ASSERT_TRUE(s.setValue("k", stored));
+      EXPECT_EQ(s.boolValue("k"), expected) << writeXmlPlist(stored);
+    }
   }
   EXPECT_FALSE(s.boolValue("absent"));
 }

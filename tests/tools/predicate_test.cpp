@@ -89,8 +89,9 @@ TEST_P(PredicateSelection, TheEntriesItSays) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    PredicateOperators, PredicateSelection,
+    PredicateCases, PredicateSelection,
     testing::Values(
+        // Operators, keys by their other names, quotes and escapes.
         Case{R"(processID = 0)", "01000"}, Case{R"(subsystem != "com.apple.TimeMachine")", "01111"},
         Case{R"(subsystem <> "")", "10110"}, Case{R"(processID < 100)", "11001"},
         Case{R"(processID =< 85)", "11001"}, Case{R"(processID > 85)", "00110"},
@@ -105,51 +106,41 @@ INSTANTIATE_TEST_SUITE_P(
         Case{R"(subsystem == 'co.tarnwick.nimbet')", "00100"},
         Case{R"(eventMessage CONTAINS "Caf\u00e9")", "00100"},
         Case{R"(subsystem IN {"com.apple.sync", 'co.tarnwick.nimbet'})", "00110"},
-        Case{R"(subsystem IN {})", "00000"}));
-
-INSTANTIATE_TEST_SUITE_P(
-    PredicateTypes, PredicateSelection,
-    testing::Values(Case{R"(messageType == error)", "01000"},
-                    Case{R"(messageType == "error")", "01000"},
-                    Case{R"(messageType == 16)", "01000"}, Case{R"(messageType == 0x10)", "01000"},
-                    Case{R"(logType == fault)", "00100"}, Case{R"(messageType > 2)", "01100"},
-                    Case{R"(messageType IN {default, "info"})", "10010"},
-                    Case{R"(messageType != error)", "10111"},  // no type: not equal
-                    Case{R"(messageType < 100)", "11110"},
-                    Case{R"(eventType == logEvent)", "11100"},
-                    Case{R"(eventType == 1536)", "00010"},
-                    Case{R"(eventType == "activityCreateEvent")", "00001"},
-                    Case{R"(eventType >= 1024)", "11110"}));
-
-INSTANTIATE_TEST_SUITE_P(
-    PredicateCaseAndDiacritics, PredicateSelection,
-    testing::Values(Case{R"(eventMessage CONTAINS "afé")", "00100"},
-                    Case{R"(eventMessage CONTAINS[c] "CAFÉ")", "00110"},  // composed and decomposed
-                    Case{R"(eventMessage CONTAINS[c] "cafe")", "00000"},  // e is not é
-                    Case{R"(eventMessage CONTAINS[d] "Cafe")", "00100"},
-                    Case{R"(eventMessage CONTAINS[cd] "CAFE")", "00110"},
-                    Case{R"(eventMessage CONTAINS[c] "strasse")", "00110"},  // ß folds to ss
-                    Case{R"(eventMessage CONTAINS[c] "STRAßE")", "00110"},
-                    Case{R"(eventMessage CONTAINS[c] "σίσυφος")", "00001"},  // final sigma
-                    Case{R"(eventMessage CONTAINS[cd] "sisyphos")", "00000"},
-                    Case{R"(eventMessage CONTAINS[c] "enterprise")", "00001"},
-                    Case{R"(eventMessage CONTAINS[c] "bac\u212Aup")",
-                         "10000"},  // Kelvin sign folds to k
-                    Case{R"(eventMessage CONTAINS[d] "Résumé")", "00100"},
-                    Case{R"(eventMessage BEGINSWITH[c] "starting")", "10000"},
-                    Case{R"(eventMessage ENDSWITH[cd] "resume: strasse")", "00100"},
-                    Case{R"(eventMessage ==[c] "time machine STRASSE café")", "00010"},
-                    Case{R"(eventMessage == "Time Machine straße café")", "00000"},
-                    Case{R"(subsystem ==[c] "COM.APPLE.TIMEMACHINE")", "10000"},
-                    Case{R"(subsystem !=[c] "COM.APPLE.TIMEMACHINE")", "01111"},
-                    Case{R"(subsystem IN[c] {"COM.APPLE.SYNC", "x"})", "00010"}));
-
-INSTANTIATE_TEST_SUITE_P(
-    PredicateWholeStringPatterns, PredicateSelection,
-    testing::Values(
+        Case{R"(subsystem IN {})", "00000"},
+        // Message and event types by name and by number; no type is not equal to any.
+        Case{R"(messageType == error)", "01000"}, Case{R"(messageType == "error")", "01000"},
+        Case{R"(messageType == 16)", "01000"}, Case{R"(messageType == 0x10)", "01000"},
+        Case{R"(logType == fault)", "00100"}, Case{R"(messageType > 2)", "01100"},
+        Case{R"(messageType IN {default, "info"})", "10010"},
+        Case{R"(messageType != error)", "10111"}, Case{R"(messageType < 100)", "11110"},
+        Case{R"(eventType == logEvent)", "11100"}, Case{R"(eventType == 1536)", "00010"},
+        Case{R"(eventType == "activityCreateEvent")", "00001"},
+        Case{R"(eventType >= 1024)", "11110"},
+        // Case and diacritics: composed matches decomposed, e is not é, ß folds to ss, the final
+        // sigma to sigma, the Kelvin sign to k.
+        Case{R"(eventMessage CONTAINS "afé")", "00100"},
+        Case{R"(eventMessage CONTAINS[c] "CAFÉ")", "00110"},
+        Case{R"(eventMessage CONTAINS[c] "cafe")", "00000"},
+        Case{R"(eventMessage CONTAINS[d] "Cafe")", "00100"},
+        Case{R"(eventMessage CONTAINS[cd] "CAFE")", "00110"},
+        Case{R"(eventMessage CONTAINS[c] "strasse")", "00110"},
+        Case{R"(eventMessage CONTAINS[c] "STRAßE")", "00110"},
+        Case{R"(eventMessage CONTAINS[c] "σίσυφος")", "00001"},
+        Case{R"(eventMessage CONTAINS[cd] "sisyphos")", "00000"},
+        Case{R"(eventMessage CONTAINS[c] "enterprise")", "00001"},
+        Case{R"(eventMessage CONTAINS[c] "bac\u212Aup")", "10000"},
+        Case{R"(eventMessage CONTAINS[d] "Résumé")", "00100"},
+        Case{R"(eventMessage BEGINSWITH[c] "starting")", "10000"},
+        Case{R"(eventMessage ENDSWITH[cd] "resume: strasse")", "00100"},
+        Case{R"(eventMessage ==[c] "time machine STRASSE café")", "00010"},
+        Case{R"(eventMessage == "Time Machine straße café")", "00000"},
+        Case{R"(subsystem ==[c] "COM.APPLE.TIMEMACHINE")", "10000"},
+        Case{R"(subsystem !=[c] "COM.APPLE.TIMEMACHINE")", "01111"},
+        Case{R"(subsystem IN[c] {"COM.APPLE.SYNC", "x"})", "00010"},
+        // Whole-string patterns; ? takes a whole character.
         Case{R"(process LIKE "backup*")", "10000"}, Case{R"(process LIKE "backup")", "00000"},
         Case{R"(process LIKE "?ernel")", "01000"}, Case{R"(process LIKE[c] "*SYNC?")", "00010"},
-        Case{R"(eventMessage LIKE "Caf? R*")", "00100"},  // ? takes all of é
+        Case{R"(eventMessage LIKE "Caf? R*")", "00100"},
         Case{R"(eventMessage LIKE[cd] "*resume*")", "00100"},
         Case{R"(formatString LIKE "*\* done")", "00001"},
         Case{R"(formatString LIKE "*\*")", "00000"},
@@ -159,11 +150,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{R"(subsystem MATCHES[c] "COM\.APPLE\.TIMEMACHINE")", "10000"},
         Case{R"(eventMessage MATCHES[d] "Cafe Resume.*")", "00100"},
         Case{R"(category MATCHES "\d+")", "00110"},
-        Case{R"(processID MATCHES "[0-9]{2}")", "10001"}));
-
-INSTANTIATE_TEST_SUITE_P(
-    PredicateMixedNumbers, PredicateSelection,
-    testing::Values(
+        Case{R"(processID MATCHES "[0-9]{2}")", "10001"},
+        // Numbers against text and text against numbers.
         Case{R"(processID == "85")", "10000"}, Case{R"(processID == "eighty")", "00000"},
         Case{R"(processID != "eighty")", "11111"}, Case{R"(category == 5)", "00110"},
         Case{R"(category == "5")", "00100"}, Case{R"(category > 2)", "00111"},
@@ -174,20 +162,17 @@ INSTANTIATE_TEST_SUITE_P(
         Case{R"(traceID < 1e30)", "11111"}, Case{R"(threadID == 7)", "01000"},
         Case{R"(userID == 501)", "00100"}, Case{R"(processID IN {0, "85", 501})", "11100"},
         Case{R"(processID BETWEEN {80, 600})", "10100"},
-        Case{R"(processID BEGINSWITH "8")", "10000"}));
-
-INSTANTIATE_TEST_SUITE_P(
-    PredicateLogic, PredicateSelection,
-    testing::Values(Case{"TRUEPREDICATE", "11111"}, Case{"falsepredicate", "00000"},
-                    Case{R"(NOT processID == 0)", "10111"}, Case{R"(!(processID == 0))", "10111"},
-                    Case{"!!TRUEPREDICATE", "11111"},
-                    // AND before OR; NOT before AND.
-                    Case{R"(subsystem == "" OR processID == 85 AND category == "")", "01001"},
-                    Case{R"((subsystem == "" OR processID == 85) AND category == "")", "01000"},
-                    Case{R"(NOT subsystem == "" AND processID > 100)", "00110"},
-                    Case{R"(not (subsystem == "" and processID > 100))", "11111"},
-                    Case{R"(processID == 0 || processID == 77 && eventType == logEvent)", "01000"},
-                    Case{"\tprocessID\n==\r85 ", "10000"}));
+        Case{R"(processID BEGINSWITH "8")", "10000"},
+        // Logic: AND before OR, NOT before AND.
+        Case{"TRUEPREDICATE", "11111"}, Case{"falsepredicate", "00000"},
+        Case{R"(NOT processID == 0)", "10111"}, Case{R"(!(processID == 0))", "10111"},
+        Case{"!!TRUEPREDICATE", "11111"},
+        Case{R"(subsystem == "" OR processID == 85 AND category == "")", "01001"},
+        Case{R"((subsystem == "" OR processID == 85) AND category == "")", "01000"},
+        Case{R"(NOT subsystem == "" AND processID > 100)", "00110"},
+        Case{R"(not (subsystem == "" and processID > 100))", "11111"},
+        Case{R"(processID == 0 || processID == 77 && eventType == logEvent)", "01000"},
+        Case{"\tprocessID\n==\r85 ", "10000"}));
 
 class PredicateRefusal : public testing::TestWithParam<Case> {};
 
