@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <random>
 
+#include "platform/owned_fd.h"
 #include "platform/regular_file.h"
 
 namespace kavor {
@@ -30,27 +31,6 @@ void syncFolder(const std::filesystem::path& folder) {
   ::close(fd);
 }
 
-// Closes the descriptor on every path out.
-class Fd {
- public:
-  explicit Fd(int fd) : fd_(fd) {}
-  ~Fd() {
-    if (fd_ >= 0) ::close(fd_);
-  }
-  Fd(const Fd&) = delete;
-  Fd& operator=(const Fd&) = delete;
-  int get() const { return fd_; }
-  // Closing can report a delayed write error, so writers close explicitly.
-  int close() {
-    const int r = ::close(fd_);
-    fd_ = -1;
-    return r;
-  }
-
- private:
-  int fd_;
-};
-
 }  // namespace
 
 Expected<std::string> readFileBytes(const std::filesystem::path& file, uint64_t maxBytes,
@@ -62,7 +42,7 @@ Expected<std::string> readFileBytes(const std::filesystem::path& file, uint64_t 
     if (e.sysErrno != 0) e.context = "cannot open " + e.context;
     return e;
   }
-  const Fd fd(*opened);
+  const OwnedFd fd(*opened);
   if (static_cast<uint64_t>(st.st_size) > maxBytes)
     return Error{ErrorKind::tooLarge,
                  file.string() + " is larger than " + std::to_string(maxBytes) + " bytes"};
@@ -82,7 +62,7 @@ Expected<std::string> readFileBytes(const std::filesystem::path& file, uint64_t 
 
 Status writeNewFileDurably(const std::filesystem::path& file, std::string_view bytes,
                            struct stat* info, mode_t mode) {
-  Fd fd(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+  OwnedFd fd(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
   if (fd.get() < 0) return ioError("cannot create " + file.string(), errno);
   size_t done = 0;
   while (done < bytes.size()) {
