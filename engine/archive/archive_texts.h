@@ -23,6 +23,10 @@ inline constexpr std::string_view kAnalysisCsvHeading =
 inline constexpr std::string_view kStatsRecordSeparator = "--- !logd statistics record\n";
 inline constexpr std::string_view kFileRotatePrefix = "type  : File Rotate\nfile  : Persist/";
 inline constexpr std::string_view kStatsExtension = "txt";
+inline constexpr std::string_view kExtraFolder = "Extra";
+// A statistics file whose bytes are no UTF-8 text, said like the other failures to read a file.
+inline constexpr std::string_view kStatsNotUtf8Lead = "cannot read ";  // path, then:
+inline constexpr std::string_view kStatsNotUtf8End = ": the text is not UTF-8";
 
 // The builder.
 inline constexpr std::string_view kSourceLine = "Source: ";           // path, "\n"
