@@ -43,8 +43,9 @@ void appendRows(std::string& text, const std::vector<Row>& rows) {
 
 std::span<const Command* const> commands() {
   static const Command* const table[] = {
-      &entriesCommand(), &fieldsCommand(), &styleCommand(), &csvCommand(),
-      &queryCommand(),   &getCommand(),    &chartCommand(),
+      &entriesCommand(),      &fieldsCommand(),       &styleCommand(), &csvCommand(),
+      &queryCommand(),        &getCommand(),          &chartCommand(), &archiveCatalogueCommand(),
+      &archiveStatsCommand(), &archiveBuildCommand(),
   };
   return table;
 }
@@ -53,6 +54,19 @@ const Command* findCommand(std::string_view name) {
   for (const Command* command : commands())
     if (command->name == name) return command;
   return nullptr;
+}
+
+const Command* findCommand(std::span<const std::string_view> words, size_t& taken) {
+  taken = 0;
+  if (words.empty()) return nullptr;
+  if (const Command* command = findCommand(words[0])) {
+    taken = 1;
+    return command;
+  }
+  if (words.size() < 2) return nullptr;
+  const Command* command = findCommand(std::string(words[0]) + " " + std::string(words[1]));
+  if (command) taken = 2;
+  return command;
 }
 
 std::string overallUsage() {

@@ -32,9 +32,15 @@ const Command& csvCommand();
 const Command& queryCommand();
 const Command& getCommand();
 const Command& chartCommand();
+const Command& archiveCatalogueCommand();
+const Command& archiveStatsCommand();
+const Command& archiveBuildCommand();
 
 std::span<const Command* const> commands();
 const Command* findCommand(std::string_view name);
+// Commands of a group ("archive catalogue") are named by two words; the words the command
+// took, 0 when there is none.
+const Command* findCommand(std::span<const std::string_view> words, size_t& taken);
 
 // Parses the arguments after the command's name, answers --help, then runs it.
 int runCommand(const Command& command, std::span<const std::string_view> args);

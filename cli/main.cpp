@@ -31,11 +31,12 @@ int main(int argc, char** argv) {
     writeOut("kavor-cli " KAVOR_VERSION "\n");
     return finishOutput(kExitOk);
   }
-  const Command* command = findCommand(first);
+  size_t taken = 0;
+  const Command* command = findCommand(args, taken);
   if (!command) {
     const std::string what = first.starts_with('-') ? "option" : "command";
     return badUsage("unknown " + what + " \"" + std::string(first) +
                     "\" (see \"kavor-cli --help\")");
   }
-  return runCommand(*command, std::span(args).subspan(1));
+  return runCommand(*command, std::span(args).subspan(taken));
 }

@@ -60,10 +60,12 @@ Expected<std::string> readFileBytes(const std::filesystem::path& file, uint64_t 
   return bytes;
 }
 
-Status writeNewFileDurably(const std::filesystem::path& file, std::string_view bytes,
-                           struct stat* info, mode_t mode) {
-  OwnedFd fd(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
-  if (fd.get() < 0) return ioError("cannot create " + file.string(), errno);
+namespace {
+
+// Writes every byte to a descriptor just opened for the file, then closes it; flushed to the disk
+// first when durable.
+Status writeAllAndClose(OwnedFd& fd, const std::filesystem::path& file, std::string_view bytes,
+                        bool durable, struct stat* info) {
   size_t done = 0;
   while (done < bytes.size()) {
     const ssize_t n = ::write(fd.get(), bytes.data() + done, bytes.size() - done);
@@ -71,11 +73,26 @@ Status writeNewFileDurably(const std::filesystem::path& file, std::string_view b
     if (n < 0) return ioError("cannot write " + file.string(), errno);
     done += static_cast<size_t>(n);
   }
-  if (::fsync(fd.get()) != 0) return ioError("cannot flush " + file.string(), errno);
+  if (durable && ::fsync(fd.get()) != 0) return ioError("cannot flush " + file.string(), errno);
   if (info && ::fstat(fd.get(), info) != 0)
     return ioError("cannot examine " + file.string(), errno);
   if (fd.close() != 0) return ioError("cannot close " + file.string(), errno);
   return okStatus();
+}
+
+}  // namespace
+
+Status writeNewFileDurably(const std::filesystem::path& file, std::string_view bytes,
+                           struct stat* info, mode_t mode) {
+  OwnedFd fd(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+  if (fd.get() < 0) return ioError("cannot create " + file.string(), errno);
+  return writeAllAndClose(fd, file, bytes, true, info);
+}
+
+Status writeFileInPlace(const std::filesystem::path& file, std::string_view bytes, mode_t mode) {
+  OwnedFd fd(::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, mode));
+  if (fd.get() < 0) return ioError("cannot open " + file.string() + " for writing", errno);
+  return writeAllAndClose(fd, file, bytes, false, nullptr);
 }
 
 Status replaceFileDurably(const std::filesystem::path& file, std::string_view bytes,

@@ -27,6 +27,11 @@ inline constexpr mode_t kUserFileMode = 0666;
 Status writeNewFileDurably(const std::filesystem::path& file, std::string_view bytes,
                            struct stat* info = nullptr, mode_t mode = kOwnerOnlyMode);
 
+// Writes bytes over the file's contents in place (made if missing), as a user's "save" of a
+// report does: no temporary, no flush; a failure part-way leaves part of the bytes.
+Status writeFileInPlace(const std::filesystem::path& file, std::string_view bytes,
+                        mode_t mode = kUserFileMode);
+
 // Replaces the file's contents as one step: the bytes go to a temporary file beside it, which is
 // then renamed over it, so a reader never sees a half-written file. Temporary names are the
 // file's name followed by kTemporaryInfix and a random part.

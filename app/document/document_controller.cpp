@@ -33,7 +33,7 @@ AppDocument* DocumentController::newDocument() {
 
 void DocumentController::openDocument() {
   QWidget* parent = QApplication::activeWindow();
-  const auto path = app_.panels().runOpenPanel({"Open", false, false, false, {}}, parent);
+  const auto path = app_.panels().runOpenPanel({"Open", false, false, false, {}, true, {}}, parent);
   if (!path) return;
   const Status read = AppDocument::readFromData({}, {});
   if (read) return;

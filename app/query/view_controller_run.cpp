@@ -48,8 +48,8 @@ void ViewController::setTheNowButton() {
 }
 
 void ViewController::setLogarchiveSource() {
-  const OpenPanelRequest request{
-      "Choose a Logarchive or Log File", true, true, true, {"logarchive", "tracev3"}};
+  const OpenPanelRequest request{"Choose a Logarchive or Log File", true, true, true,
+                                 {"logarchive", "tracev3"},         true, {}};
   const auto path = app_.panels().runOpenPanel(request, window());
   if (!path) return;
   source_ = sourceFromPath(path->string());

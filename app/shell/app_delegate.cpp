@@ -5,12 +5,16 @@
 
 #include "app/shell/app_context.h"
 #include "app/shell/main_menu.h"
+#include "app/shell/window_controller.h"
+#include "app/shell/window_registry.h"
+#include "engine/archive/archive_texts.h"
 #include "engine/query/settings_texts.h"
 #include "engine/shell/menu_texts.h"
 
 namespace kavor::app {
 
 AppDelegate::AppDelegate(AppContext& app) : app_(app) {}
+AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
   dontShowGraphView = app_.settings().boolValue(kDontShowGraphViewKey);
@@ -25,6 +29,19 @@ void AppDelegate::enableGraphView() {
   const QMenu* application = app_.menu().menuTitled(kApplicationMenuTitle);
   if (QAction* item = MainMenu::itemTitled(application, kEnableChartViewItem))
     item->setChecked(!dontShowGraphView);
+}
+
+void AppDelegate::openArchWindow() {
+  openWindowController(kArchWindowControllerId, myArchWindow);
+}
+
+WindowController* AppDelegate::openWindowController(std::string_view identifier,
+                                                    WindowControllers& list) {
+  std::unique_ptr<WindowController> controller = instantiateWindowController(identifier, app_);
+  if (!controller) return nullptr;
+  controller->showWindow();
+  list.push_back(std::move(controller));
+  return list.back().get();
 }
 
 }  // namespace kavor::app

@@ -2,16 +2,25 @@
 // The application delegate: the launch sequence and the switch that turns the chart view off.
 
 #include <QObject>
+#include <memory>
+#include <string_view>
+#include <vector>
 
 namespace kavor::app {
 
 class AppContext;
+class WindowController;
+using WindowControllers = std::vector<std::unique_ptr<WindowController>>;
 
 class AppDelegate final : public QObject {
   Q_OBJECT
 
  public:
   explicit AppDelegate(AppContext& app);
+  ~AppDelegate() override;
+
+  // Every window of a kind opened so far; a closed window's controller stays.
+  WindowControllers myArchWindow;
 
   // Read from the settings at launch; a fetch collects chart data only while it is false.
   bool dontShowGraphView = false;
@@ -20,6 +29,11 @@ class AppDelegate final : public QObject {
   void applicationDidFinishLaunching();
   // Flips the switch, stores it, and ticks "Enable Chart View" while the chart view is on.
   void enableGraphView();
+  // A further Logarchive Tool window, whatever is open already.
+  void openArchWindow();
+
+  // Makes the window controller of the identifier, shows its window and keeps the controller.
+  WindowController* openWindowController(std::string_view identifier, WindowControllers& list);
 
  private:
   AppContext& app_;

@@ -56,8 +56,10 @@ std::optional<std::filesystem::path> DialogFilePanels::runOpenPanel(const OpenPa
                                                                     QWidget* parent) {
   BundleFileDialog dialog(parent, request);
   dialog.setOption(QFileDialog::DontUseNativeDialog, request.canChooseDirectories);
-  dialog.setFileMode(QFileDialog::ExistingFile);
+  dialog.setFileMode(request.canChooseFiles ? QFileDialog::ExistingFile : QFileDialog::Directory);
+  dialog.setOption(QFileDialog::ShowDirsOnly, !request.canChooseFiles);
   dialog.setAcceptMode(QFileDialog::AcceptOpen);
+  if (!request.directory.empty()) dialog.setDirectory(QString::fromStdString(request.directory));
   if (request.showsHiddenFiles) dialog.setFilter(dialog.filter() | QDir::Hidden);
   if (!request.allowedExtensions.empty())
     dialog.setNameFilter(nameFilter("Log archives and files", request.allowedExtensions));

@@ -17,6 +17,8 @@ struct OpenPanelRequest {
   // Bundles such as a logarchive are folders the user may enter and pick.
   bool treatsPackagesAsDirectories = false;
   std::vector<std::string> allowedExtensions;  // empty: any file
+  bool canChooseFiles = true;                  // false: folders only
+  std::filesystem::path directory;             // where the panel opens; empty: where it last was
 };
 
 struct SaveType {

@@ -13,6 +13,7 @@
 #include "app/shell/app_context.h"
 #include "app/shell/app_delegate.h"
 #include "app/shell/main_menu.h"
+#include "app/shell/menu_command_target.h"
 #include "app/shell/window_controller.h"
 
 namespace kavor::app {
@@ -26,10 +27,21 @@ void onTriggered(const AppContext& app, MenuCommand command, std::function<void(
                    [handler = std::move(handler)] { handler(); });
 }
 
-// A command of the main window in front; none in front, nothing happens.
+// The controller of the active window, when it performs this command itself.
+MenuCommandTarget* activeTargetFor(MenuCommand command) {
+  const WindowController* controller = windowControllerOf(QApplication::activeWindow());
+  MenuCommandTarget* target = controller ? controller->commandTarget() : nullptr;
+  return target && target->handlesMenuCommand(command) ? target : nullptr;
+}
+
+// A command of the main window in front, unless the active window performs it itself; none in
+// front, nothing happens.
 void forViewController(AppContext& app, MenuCommand command, void (ViewController::*method)()) {
-  onTriggered(app, command, [&app, method] {
-    if (ViewController* controller = app.documents().frontViewController()) (controller->*method)();
+  onTriggered(app, command, [&app, command, method] {
+    if (MenuCommandTarget* target = activeTargetFor(command))
+      target->performMenuCommand(command);
+    else if (ViewController* controller = app.documents().frontViewController())
+      (controller->*method)();
   });
 }
 
@@ -75,6 +87,7 @@ void pasteFromClipboard(AppContext& app) {
 
 void connectMenuActions(AppContext& app) {
   onTriggered(app, C::enableChartView, [&app] { app.delegate().enableGraphView(); });
+  onTriggered(app, C::logarchiveTool, [&app] { app.delegate().openArchWindow(); });
   onTriggered(app, C::quit, [&app] {
     app.documents().closeAll();
     QApplication::quit();
@@ -105,7 +118,7 @@ void connectMenuActions(AppContext& app) {
   forViewController(app, C::smallerFont, &ViewController::decFontSize);
   forViewController(app, C::convertToCsv, &ViewController::doConversion);
 
-  // Their windows come with the preferences and the log archive tool.
+  // Its window comes with the preferences.
   app.menu().action(C::preferences)->setEnabled(false);
 }
 

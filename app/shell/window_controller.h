@@ -10,6 +10,7 @@
 namespace kavor::app {
 
 class AppDocument;
+class MenuCommandTarget;
 class WindowController;
 
 // The window class every controller's window derives from: it knows its controller, and tells
@@ -47,6 +48,10 @@ class WindowController final : public QObject {
   AppDocument* document() const { return document_; }
   void setDocument(AppDocument* document) { document_ = document; }
 
+  // The content controller's own menu commands, when it has some.
+  MenuCommandTarget* commandTarget() const { return commandTarget_; }
+  void setCommandTarget(MenuCommandTarget* target) { commandTarget_ = target; }
+
   // Shows the window in front and makes it the active window.
   void showWindow();
 
@@ -59,6 +64,7 @@ class WindowController final : public QObject {
   std::unique_ptr<ControllerWindow> window_;
   QPointer<QWidget> content_;
   AppDocument* document_ = nullptr;
+  MenuCommandTarget* commandTarget_ = nullptr;
 };
 
 // The controller of the widget's window, or none (no widget, or a window no controller made).

@@ -5,12 +5,14 @@
 #include <utility>
 #include <vector>
 
+#include "app/archive/arch_view_controller.h"
 #include "app/document/graph_view_controller.h"
 #include "app/query/view_controller.h"
 #include "app/shell/app_context.h"
 #include "app/shell/kv_main_window.h"
 #include "app/shell/main_menu.h"
 #include "app/shell/window_controller.h"
+#include "engine/archive/archive_texts.h"
 #include "engine/shell/menu_texts.h"
 
 namespace kavor::app {
@@ -34,12 +36,27 @@ std::unique_ptr<WindowController> makeGraphWindowController(AppContext& app) {
   return std::make_unique<WindowController>(std::move(window), new GraphViewController(app));
 }
 
+std::unique_ptr<WindowController> makeArchWindowController(AppContext& app) {
+  auto window = std::make_unique<ControllerWindow>();
+  app.menu().attachTo(window->menuBar());
+  window->resize(900, 560);
+  auto* content = new ArchViewController(app);
+  auto controller = std::make_unique<WindowController>(std::move(window), content);
+  controller->setCommandTarget(content);
+  // Closing the window stops the tool at work; the window and its output stay for a reopening.
+  QObject::connect(controller.get(), &WindowController::windowWillClose, content,
+                   &ArchViewController::stopTool);
+  content->viewDidLoad();
+  return controller;
+}
+
 using Factory = std::function<std::unique_ptr<WindowController>(AppContext&)>;
 
 const std::vector<std::pair<std::string_view, Factory>>& factories() {
   static const std::vector<std::pair<std::string_view, Factory>> all = {
       {kDocumentWindowControllerId, makeDocumentWindowController},
       {kGraphWindowControllerId, makeGraphWindowController},
+      {kArchWindowControllerId, makeArchWindowController},
   };
   return all;
 }

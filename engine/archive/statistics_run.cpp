@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "engine/archive/archive_paths.h"
 #include "engine/archive/archive_texts.h"
 #include "engine/archive/statistics_analysis.h"
 #include "platform/file_bytes.h"
@@ -19,20 +20,6 @@ namespace fs = std::filesystem;
 // The daemon keeps its statistics files small; a larger file is no statistics file worth
 // holding in memory whole.
 constexpr uint64_t kMaxStatsFileBytes = uint64_t{1} << 30;
-
-// The part of the name after its last dot; a name without a dot has none.
-std::string_view extensionOf(std::string_view name) {
-  const size_t dot = name.rfind('.');
-  return dot == std::string_view::npos ? std::string_view{} : name.substr(dot + 1);
-}
-
-// The path as the user chose it, without the trailing separator a typed path often has.
-std::string shownPath(const fs::path& archive) {
-  std::string path = archive.string();
-  while (path.size() > 1 && path.back() == '/')
-    path.pop_back();
-  return path;
-}
 
 // The text of one statistics file, or the description of why it has none to give.
 Expected<std::string> statsText(const fs::path& file) {
