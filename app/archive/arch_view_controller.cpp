@@ -102,7 +102,9 @@ void ArchViewController::appendOutputText(std::string_view text) {
   QTextCursor end(ui_->outputText->document());
   end.movePosition(QTextCursor::End);
   end.insertText(qstring(text));
-  if (atEnd) bar->setValue(bar->maximum());  // follow the tool while the reader does
+  // A build's messages are followed while the reader stays at the end; a report is read from
+  // its top.
+  if (followOutput_ && atEnd) bar->setValue(bar->maximum());
 }
 
 void ArchViewController::restyleOutput() {
@@ -113,12 +115,22 @@ void ArchViewController::restyleOutput() {
 }
 
 bool ArchViewController::handlesMenuCommand(MenuCommand command) const {
-  return command == MenuCommand::biggerFont || command == MenuCommand::smallerFont;
+  switch (command) {
+    case MenuCommand::biggerFont:
+    case MenuCommand::smallerFont:
+    case MenuCommand::save:
+    case MenuCommand::saveAs:
+      return true;
+    default:
+      return false;
+  }
 }
 
 void ArchViewController::performMenuCommand(MenuCommand command) {
   if (command == MenuCommand::biggerFont) incFontSize();
   if (command == MenuCommand::smallerFont) decFontSize();
+  // The window's output is what Save writes while the window is in front.
+  if (command == MenuCommand::save || command == MenuCommand::saveAs) theSaveButton();
 }
 
 void ArchViewController::incFontSize() {
@@ -178,6 +190,7 @@ void ArchViewController::copyButton() {
   const auto to = app_.panels().runSavePanel(destination, window());
   if (!to) return;
   const bool modern = app_.osVersion() >= 15;
+  followOutput_ = true;
   QPointer<ArchViewController> self(this);
   MainThread& main = app_.mainThread();
   runTool([this, self, &main, from = *from, to = to->path, modern](ArchiveOutput& output,
@@ -232,6 +245,7 @@ void ArchViewController::runTool(Work work) {
 
 void ArchViewController::finishTool() {
   if (worker_.joinable()) worker_.join();  // it has nothing left to do but return
+  followOutput_ = false;
   ui_->progress->setVisible(false);
   ui_->stopButton->setVisible(false);
   setToolsEnabled(true);

@@ -85,6 +85,7 @@ class ArchViewController final : public QWidget, public MenuCommandTarget {
   double theFontSize_ = 12.0;
   std::string outputText_;           // what the output area shows, as the tools wrote it
   std::atomic<bool> debug_ = false;  // read by the builder at each step
+  bool followOutput_ = false;        // the view keeps the newest message in sight
   std::jthread worker_;
 };
 

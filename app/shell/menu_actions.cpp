@@ -46,8 +46,11 @@ void forViewController(AppContext& app, MenuCommand command, void (ViewControlle
 }
 
 void forDocument(AppContext& app, MenuCommand command, void (AppDocument::*method)()) {
-  onTriggered(app, command, [&app, method] {
-    if (AppDocument* document = app.documents().frontDocument()) (document->*method)();
+  onTriggered(app, command, [&app, command, method] {
+    if (MenuCommandTarget* target = activeTargetFor(command))
+      target->performMenuCommand(command);
+    else if (AppDocument* document = app.documents().frontDocument())
+      (document->*method)();
   });
 }
 

@@ -131,7 +131,7 @@ class ArchWindowTest : public QObject {
     QVERIFY(arch.outputText().ends_with("No such file or directory"));
   }
 
-  void fontSizeStepsWithinItsBoundsFromWhatIsStored() {
+  void fontSizeStepsWithinItsBoundsAndTheMenuReachesTheWindowInFront() {
     const auto openedAt = [](std::optional<double> stored) {
       TestApp app;
       if (stored) (void)app.settings.setDouble(kArchFontSizeKey, *stored);
@@ -154,6 +154,12 @@ class ArchWindowTest : public QObject {
     QCOMPARE(arch.ui().outputText->font().pointSizeF(), 60.0);
     arch.decFontSize();
     QCOMPARE(arch.theFontSize(), 59.0);
+    // So does File > Save: the output, not a main window's document.
+    TempFolder folder;
+    arch.replaceOutputText("report\n");
+    app.panels.saveAnswers.push_back(SaveChoice{folder / "saved.txt", "public.plain-text"});
+    app.context().menu().action(MenuCommand::save)->trigger();
+    QCOMPARE(readFile(folder / "saved.txt"), std::string("report\n"));
   }
 
   void checkBoxesAreOffEachTimeTheWindowAppears() {
