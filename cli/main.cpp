@@ -34,6 +34,15 @@ int main(int argc, char** argv) {
   size_t taken = 0;
   const Command* command = findCommand(args, taken);
   if (!command) {
+    // The first word of a group of commands ("archive") names its members.
+    std::string members;
+    for (const Command* known : commands())
+      if (known->name.starts_with(std::string(first) + " "))
+        members +=
+            (members.empty() ? "" : ", ") + std::string(known->name.substr(first.size() + 1));
+    if (!members.empty())
+      return badUsage("\"" + std::string(first) + "\" takes one of: " + members +
+                      " (see \"kavor-cli --help\")");
     const std::string what = first.starts_with('-') ? "option" : "command";
     return badUsage("unknown " + what + " \"" + std::string(first) +
                     "\" (see \"kavor-cli --help\")");

@@ -137,3 +137,8 @@ kavor_cli_case(query_two_sources ARGS query --archive a --file b EXIT 64
 kavor_cli_case(style_slow_filter ARGS style --style 10 --color never --filter-name "*slow"
                --filter-text "(a+)+$" --os-version 17 ${KAVOR_TEST_DATA}/cli/slow_filter.json
                STDERR_HAS "too slow for some messages: 1 entry is left out")
+
+# archive: the group's name alone says which tools it has.
+kavor_cli_case(archive_alone ARGS archive EXIT 64 STDERR_HAS "takes one of: catalogue, stats, build")
+kavor_cli_case(archive_build_needs_two ARGS archive build ${KAVOR_TEST_DATA} EXIT 64
+               STDERR_HAS "give the log store and the new archive")
