@@ -1,21 +1,18 @@
 #include "app/archive/arch_view_controller.h"
 
-#include <QFontDatabase>
-#include <QPointer>
 #include <QProgressBar>
-#include <QScrollBar>
-#include <QTextCursor>
 #include <utility>
 
 #include "app/shell/app_context.h"
+#include "app/shell/background_work.h"
 #include "app/shell/file_panels.h"
 #include "app/shell/qt_text.h"
+#include "app/shell/report_area.h"
 #include "engine/archive/archive_output.h"
 #include "engine/archive/archive_texts.h"
 #include "engine/archive/log_store_catalogue.h"
 #include "engine/archive/logarchive_builder.h"
 #include "engine/archive/statistics_analysis.h"
-#include "engine/shell/report_font_size.h"
 #include "platform/file_bytes.h"
 #include "ui_arch_window.h"
 
@@ -24,26 +21,21 @@ namespace kavor::app {
 namespace {
 
 // The output of a tool at work: each piece reaches the window through the main thread, after
-// the pieces before it. A window that has gone takes nothing.
+// the pieces before it.
 class PostedOutput final : public ArchiveOutput {
  public:
-  PostedOutput(MainThread& main, QPointer<ArchViewController> window)
-      : main_(main), window_(std::move(window)) {}
+  PostedOutput(BackgroundWork& work, ReportArea& area) : work_(work), area_(area) {}
 
   void replaceOutputText(std::string_view text) override {
-    main_.post([window = window_, text = std::string(text)] {
-      if (window) window->replaceOutputText(text);
-    });
+    work_.post([&area = area_, text = std::string(text)] { area.replaceOutputText(text); });
   }
   void appendOutputText(std::string_view text) override {
-    main_.post([window = window_, text = std::string(text)] {
-      if (window) window->appendOutputText(text);
-    });
+    work_.post([&area = area_, text = std::string(text)] { area.appendOutputText(text); });
   }
 
  private:
-  MainThread& main_;
-  QPointer<ArchViewController> window_;
+  BackgroundWork& work_;
+  ReportArea& area_;
 };
 
 // Where a log store is found on this system: its var/db under the system root.
@@ -54,8 +46,13 @@ std::filesystem::path logStoreFolder(const AppContext& app) {
 }  // namespace
 
 ArchViewController::ArchViewController(AppContext& app, QWidget* parent)
-    : QWidget(parent), app_(app), ui_(std::make_unique<Ui::ArchWindow>()) {
+    : QWidget(parent),
+      app_(app),
+      ui_(std::make_unique<Ui::ArchWindow>()),
+      work_(std::make_unique<BackgroundWork>(app.mainThread())) {
   ui_->setupUi(this);
+  output_ = std::make_unique<ReportArea>(app, *ui_->outputText, kArchFontSizeKey,
+                                         ReportArea::Face::monospaced);
   ui_->progress->setVisible(false);
   ui_->stopButton->setVisible(false);
   connect(ui_->catalogueButton, &QPushButton::clicked, this, &ArchViewController::catalogueButton);
@@ -66,17 +63,25 @@ ArchViewController::ArchViewController(AppContext& app, QWidget* parent)
   connect(ui_->smallerButton, &QToolButton::clicked, this, &ArchViewController::decFontSize);
   connect(ui_->stopButton, &QPushButton::clicked, this, &ArchViewController::stopTool);
   connect(ui_->debugCheckbox, &QCheckBox::toggled, this, [this](bool on) { debug_ = on; });
+  connect(work_.get(), &BackgroundWork::finished, this, &ArchViewController::finishTool);
 }
 
-ArchViewController::~ArchViewController() {
-  // The tool at work stops between two steps of its copy; its last words reach no one.
-  worker_.request_stop();
-  if (worker_.joinable()) worker_.join();
-}
+ArchViewController::~ArchViewController() = default;
 
 void ArchViewController::viewDidLoad() {
-  theFontSize_ = reportFontSizeFromStore(app_.settings(), kArchFontSizeKey);
-  restyleOutput();
+  output_->load();
+}
+
+double ArchViewController::theFontSize() const {
+  return output_->theFontSize();
+}
+
+const std::string& ArchViewController::outputText() const {
+  return output_->text();
+}
+
+bool ArchViewController::isRunning() const {
+  return work_->isRunning();
 }
 
 void ArchViewController::viewDidAppear() {
@@ -88,30 +93,6 @@ void ArchViewController::viewDidAppear() {
 void ArchViewController::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
   viewDidAppear();
-}
-
-void ArchViewController::replaceOutputText(std::string_view text) {
-  outputText_.assign(text);
-  ui_->outputText->setPlainText(qstring(text));
-}
-
-void ArchViewController::appendOutputText(std::string_view text) {
-  outputText_.append(text);
-  QScrollBar* bar = ui_->outputText->verticalScrollBar();
-  const bool atEnd = bar->value() == bar->maximum();
-  QTextCursor end(ui_->outputText->document());
-  end.movePosition(QTextCursor::End);
-  end.insertText(qstring(text));
-  // A build's messages are followed while the reader stays at the end; a report is read from
-  // its top.
-  if (followOutput_ && atEnd) bar->setValue(bar->maximum());
-}
-
-void ArchViewController::restyleOutput() {
-  QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-  font.setPointSizeF(theFontSize_);
-  font.setWeight(QFont::Normal);
-  ui_->outputText->setFont(font);
 }
 
 bool ArchViewController::handlesMenuCommand(MenuCommand command) const {
@@ -134,15 +115,11 @@ void ArchViewController::performMenuCommand(MenuCommand command) {
 }
 
 void ArchViewController::incFontSize() {
-  app_.reportSettings(stepReportFontSize(theFontSize_, app_.settings(), kArchFontSizeKey, 1),
-                      window());
-  restyleOutput();
+  output_->incFontSize();
 }
 
 void ArchViewController::decFontSize() {
-  app_.reportSettings(stepReportFontSize(theFontSize_, app_.settings(), kArchFontSizeKey, -1),
-                      window());
-  restyleOutput();
+  output_->decFontSize();
 }
 
 std::optional<std::filesystem::path> ArchViewController::chooseLogarchive() {
@@ -183,35 +160,32 @@ void ArchViewController::copyButton() {
   source.directory = logStoreFolder(app_);
   const auto from = app_.panels().runOpenPanel(source, window());
   if (!from) return;
-  replaceOutputText(std::string(kSourceLine) + from->string() + "\n");
+  output_->replaceOutputText(std::string(kSourceLine) + from->string() + "\n");
 
   const SavePanelRequest destination{
       "Make Logarchive", "", {{"com.apple.logarchive", "Log archive", "logarchive"}}, true};
   const auto to = app_.panels().runSavePanel(destination, window());
   if (!to) return;
   const bool modern = app_.osVersion() >= 15;
-  followOutput_ = true;
-  QPointer<ArchViewController> self(this);
-  MainThread& main = app_.mainThread();
-  runTool([this, self, &main, from = *from, to = to->path, modern](ArchiveOutput& output,
-                                                                   std::stop_token stop) {
+  output_->setFollowing(true);
+  BackgroundWork& work = *work_;
+  runTool([this, &work, from = *from, to = to->path, modern](ArchiveOutput& output,
+                                                             std::stop_token stop) {
     BuildOptions options;
-    options.debug = [this] { return debug_.load(); };  // the window outlives its worker
+    options.debug = [this] { return debug_.load(); };  // the window outlives its tool
     options.stop = stop;
-    options.progress = [self, &main, shown = -1](uint64_t done, uint64_t total) mutable {
+    options.progress = [this, &work, shown = -1](uint64_t done, uint64_t total) mutable {
       const int permille = total == 0 ? 1000 : static_cast<int>(done * 1000 / total);
       if (permille == shown) return;
       shown = permille;
-      main.post([self, done, total] {
-        if (self) self->showProgress(done, total);
-      });
+      work.post([this, done, total] { showProgress(done, total); });
     };
     (void)runBuild(from, to, modern, output, std::move(options));
   });
 }
 
 void ArchViewController::theSaveButton() {
-  const std::string text = outputText_;
+  const std::string text = output_->text();
   const SavePanelRequest request{
       "Save Output",
       "",
@@ -220,32 +194,26 @@ void ArchViewController::theSaveButton() {
   const auto choice = app_.panels().runSavePanel(request, window());
   if (!choice) return;
   if (Status written = writeFileInPlace(choice->path, text); !written)
-    appendOutputText(written.error().message());
+    output_->appendOutputText(written.error().message());
 }
 
 void ArchViewController::stopTool() {
-  worker_.request_stop();
+  work_->stop();
 }
 
-void ArchViewController::runTool(Work work) {
+void ArchViewController::runTool(Tool tool) {
   setToolsEnabled(false);
   ui_->progress->setRange(0, 0);  // busy until a tool tells how far it is
   ui_->progress->setVisible(true);
   ui_->stopButton->setVisible(true);
-  QPointer<ArchViewController> self(this);
-  MainThread& main = app_.mainThread();
-  worker_ = std::jthread([work = std::move(work), self, &main](std::stop_token stop) {
-    PostedOutput output(main, self);
-    work(output, stop);
-    main.post([self] {
-      if (self) self->finishTool();
-    });
+  work_->start([this, tool = std::move(tool)](std::stop_token stop) {
+    PostedOutput output(*work_, *output_);
+    tool(output, stop);
   });
 }
 
 void ArchViewController::finishTool() {
-  if (worker_.joinable()) worker_.join();  // it has nothing left to do but return
-  followOutput_ = false;
+  output_->setFollowing(false);
   ui_->progress->setVisible(false);
   ui_->stopButton->setVisible(false);
   setToolsEnabled(true);

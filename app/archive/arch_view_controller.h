@@ -10,10 +10,9 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <stop_token>
 #include <string>
-#include <string_view>
-#include <thread>
 
 #include "app/shell/menu_command_target.h"
 
@@ -28,6 +27,8 @@ class ArchiveOutput;
 namespace kavor::app {
 
 class AppContext;
+class BackgroundWork;
+class ReportArea;
 
 class ArchViewController final : public QWidget, public MenuCommandTarget {
   Q_OBJECT
@@ -41,15 +42,12 @@ class ArchViewController final : public QWidget, public MenuCommandTarget {
   // Each time the window appears: its title, both check boxes off.
   void viewDidAppear();
 
-  double theFontSize() const { return theFontSize_; }
-  const std::string& outputText() const { return outputText_; }
   Ui::ArchWindow& ui() const { return *ui_; }
+  ReportArea& output() const { return *output_; }
+  double theFontSize() const;
+  const std::string& outputText() const;
   // A tool is at work; its buttons wait.
-  bool isRunning() const { return worker_.joinable(); }
-
-  void replaceOutputText(std::string_view text);
-  void appendOutputText(std::string_view text);
-  void restyleOutput();
+  bool isRunning() const;
 
   bool handlesMenuCommand(MenuCommand command) const override;
   void performMenuCommand(MenuCommand command) override;
@@ -72,9 +70,9 @@ class ArchViewController final : public QWidget, public MenuCommandTarget {
   void showEvent(QShowEvent* event) override;
 
  private:
-  using Work = std::function<void(ArchiveOutput& output, std::stop_token stop)>;
-  // Runs work on a thread of its own, the buttons disabled and the progress shown meanwhile.
-  void runTool(Work work);
+  using Tool = std::function<void(ArchiveOutput& output, std::stop_token stop)>;
+  // Runs the tool off the main thread, the buttons disabled and the progress shown meanwhile.
+  void runTool(Tool tool);
   void finishTool();
   void showProgress(uint64_t done, uint64_t total);
   void setToolsEnabled(bool enabled);
@@ -82,11 +80,10 @@ class ArchViewController final : public QWidget, public MenuCommandTarget {
 
   AppContext& app_;
   std::unique_ptr<Ui::ArchWindow> ui_;
-  double theFontSize_ = 12.0;
-  std::string outputText_;           // what the output area shows, as the tools wrote it
+  std::unique_ptr<ReportArea> output_;
   std::atomic<bool> debug_ = false;  // read by the builder at each step
-  bool followOutput_ = false;        // the view keeps the newest message in sight
-  std::jthread worker_;
+  // Last, so that it goes first: the tool at work stops before anything it reads is gone.
+  std::unique_ptr<BackgroundWork> work_;
 };
 
 }  // namespace kavor::app

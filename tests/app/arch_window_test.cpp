@@ -11,6 +11,7 @@
 #include "app/archive/arch_view_controller.h"
 #include "app/shell/app_delegate.h"
 #include "app/shell/main_menu.h"
+#include "app/shell/report_area.h"
 #include "app/shell/window_controller.h"
 #include "engine/archive/archive_texts.h"
 #include "engine/shell/menu_texts.h"
@@ -58,7 +59,7 @@ class ArchWindowTest : public QObject {
     QVERIFY(windows[0]->window() != windows[1]->window());
     QCOMPARE(windows[1]->window()->windowTitle(), QString("Logarchive Tool"));
     auto* first = static_cast<ArchViewController*>(windows[0]->contentViewController());
-    first->appendOutputText("only here");
+    first->output().appendOutputText("only here");
     QCOMPARE(static_cast<ArchViewController*>(windows[1]->contentViewController())->outputText(),
              std::string());
     // A closed window's controller stays.
@@ -119,7 +120,7 @@ class ArchWindowTest : public QObject {
     QVERIFY(fs::exists(empty));
     QCOMPARE(fs::file_size(empty), uintmax_t{0});
 
-    arch.replaceOutputText("Catalogue listing of /a b.logarchive :\n\u00a0tab\there\n");
+    arch.output().replaceOutputText("Catalogue listing of /a b.logarchive :\n\u00a0tab\there\n");
     const fs::path saved = folder / "out.txt";
     writeFile(saved, std::string(5000, 'x'));  // overwritten in place, nothing of it left
     app.panels.saveAnswers.push_back(SaveChoice{saved, "public.plain-text"});
@@ -156,7 +157,7 @@ class ArchWindowTest : public QObject {
     QCOMPARE(arch.theFontSize(), 59.0);
     // So does File > Save: the output, not a main window's document.
     TempFolder folder;
-    arch.replaceOutputText("report\n");
+    arch.output().replaceOutputText("report\n");
     app.panels.saveAnswers.push_back(SaveChoice{folder / "saved.txt", "public.plain-text"});
     app.context().menu().action(MenuCommand::save)->trigger();
     QCOMPARE(readFile(folder / "saved.txt"), std::string("report\n"));
