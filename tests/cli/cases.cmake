@@ -137,3 +137,7 @@ kavor_cli_case(query_two_sources ARGS query --archive a --file b EXIT 64
 kavor_cli_case(style_slow_filter ARGS style --style 10 --color never --filter-name "*slow"
                --filter-text "(a+)+$" --os-version 17 ${KAVOR_TEST_DATA}/cli/slow_filter.json
                STDERR_HAS "too slow for some messages: 1 entry is left out")
+
+# check: the report of a system root that has none of the log store.
+kavor_cli_case(check_missing_root ARGS check ENV KAVOR_SYSTEM_ROOT=${KAVOR_TEST_DATA}/roots/missing)
+kavor_cli_case(check_help ARGS check --help)
