@@ -4,6 +4,7 @@
 // root only when they are read.
 
 #include <array>
+#include <cstddef>
 #include <string_view>
 
 namespace kavor {
