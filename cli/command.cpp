@@ -45,7 +45,7 @@ std::span<const Command* const> commands() {
   static const Command* const table[] = {
       &entriesCommand(),      &fieldsCommand(),       &styleCommand(), &csvCommand(),
       &queryCommand(),        &getCommand(),          &chartCommand(), &archiveCatalogueCommand(),
-      &archiveStatsCommand(), &archiveBuildCommand(),
+      &archiveStatsCommand(), &archiveBuildCommand(), &checkCommand(),
   };
   return table;
 }

@@ -35,6 +35,7 @@ const Command& chartCommand();
 const Command& archiveCatalogueCommand();
 const Command& archiveStatsCommand();
 const Command& archiveBuildCommand();
+const Command& checkCommand();
 
 std::span<const Command* const> commands();
 const Command* findCommand(std::string_view name);

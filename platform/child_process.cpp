@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "platform/owned_fd.h"
+
 #ifdef __linux__
 #include <sys/prctl.h>
 #endif
@@ -201,6 +203,41 @@ bool readOutputs(int out, int err, int wake, OutputSink& output, const std::stop
   return false;
 }
 
+// The middle child of a detached start: starts the program in a session of its own and leaves
+// at once, so that the program is nobody's child to wait for. Only async-signal-safe calls.
+[[noreturn]] void startOrphan(const char* path, char* const argv[], int nullFd, int reportFd) {
+  const pid_t pid = ::fork();
+  if (pid == 0) {
+    ::setsid();
+    sigset_t noSignals;
+    ::sigemptyset(&noSignals);
+    ::sigprocmask(SIG_SETMASK, &noSignals, nullptr);
+    if (::dup2(nullFd, STDIN_FILENO) >= 0 && ::dup2(nullFd, STDOUT_FILENO) >= 0 &&
+        ::dup2(nullFd, STDERR_FILENO) >= 0)
+      ::execve(path, argv, environ);
+  }
+  const int failure = pid < 0 || pid == 0 ? errno : 0;
+  if (failure != 0) (void)!::write(reportFd, &failure, sizeof failure);
+  ::_exit(failure != 0 ? 127 : 0);
+}
+
+std::vector<std::string> argumentVector(const std::filesystem::path& program,
+                                        std::span<const std::string> args) {
+  std::vector<std::string> argvText;
+  argvText.reserve(args.size() + 1);
+  argvText.push_back(program.string());
+  argvText.insert(argvText.end(), args.begin(), args.end());
+  return argvText;
+}
+
+std::vector<char*> pointersTo(std::vector<std::string>& texts) {
+  std::vector<char*> argv;
+  for (std::string& a : texts)
+    argv.push_back(a.data());
+  argv.push_back(nullptr);
+  return argv;
+}
+
 }  // namespace
 
 OutputSink::~OutputSink() = default;
@@ -233,14 +270,8 @@ Expected<ChildExit> runChildProcess(const std::filesystem::path& program,
 #endif
 
   // Everything the child needs is made before the fork.
-  std::vector<std::string> argvText;
-  argvText.reserve(args.size() + 1);
-  argvText.push_back(program.string());
-  argvText.insert(argvText.end(), args.begin(), args.end());
-  std::vector<char*> argv;
-  for (std::string& a : argvText)
-    argv.push_back(a.data());
-  argv.push_back(nullptr);
+  std::vector<std::string> argvText = argumentVector(program, args);
+  const std::vector<char*> argv = pointersTo(argvText);
 
   const bool ownGroup = stop.stop_possible();
   const auto started = startChild(argv[0], argv.data(), out.write, err.write, ownGroup);
@@ -264,6 +295,51 @@ Expected<ChildExit> runChildProcess(const std::filesystem::path& program,
   exit.signalled = WIFSIGNALED(status);
   exit.status = exit.signalled ? WTERMSIG(status) : WEXITSTATUS(status);
   return exit;
+}
+
+Status startDetachedProcess(const std::filesystem::path& program,
+                            std::span<const std::string> args) {
+  const std::string context = "starting " + program.string();
+  std::vector<std::string> argvText = argumentVector(program, args);
+  const std::vector<char*> argv = pointersTo(argvText);
+  const OwnedFd nullFd(::open("/dev/null", O_RDWR | O_CLOEXEC));
+  if (nullFd.get() < 0) return ioError(context, errno);
+  // Closed on exec: a started program leaves it empty, a failure leaves its errno in it.
+  Pipe report;
+  if (!report.open()) return ioError(context, errno);
+  const pid_t middle = ::fork();
+  if (middle < 0) return ioError(context, errno);
+  if (middle == 0) startOrphan(argv[0], argv.data(), nullFd.get(), report.write);
+  report.closeWrite();
+  int ignored;
+  while (::waitpid(middle, &ignored, 0) < 0 && errno == EINTR) {
+  }
+  int failure = 0;
+  ssize_t n;
+  while ((n = ::read(report.read, &failure, sizeof failure)) < 0 && errno == EINTR) {
+  }
+  if (n > 0) return ioError(context, failure);
+  return okStatus();
+}
+
+std::optional<std::filesystem::path> findProgramInPath(std::string_view name,
+                                                       const EnvLookup& env) {
+  const std::string folders = env("PATH").value_or("");
+  size_t start = 0;
+  while (start <= folders.size()) {
+    size_t end = folders.find(':', start);
+    if (end == std::string::npos) end = folders.size();
+    const std::filesystem::path folder = folders.substr(start, end - start);
+    start = end + 1;
+    // Relative entries (an empty one is the current folder) would run whatever lies where
+    // Kavor happens to be started.
+    if (!folder.is_absolute()) continue;
+    const std::filesystem::path candidate = folder / name;
+    std::error_code ec;
+    if (std::filesystem::is_regular_file(candidate, ec) && ::access(candidate.c_str(), X_OK) == 0)
+      return candidate;
+  }
+  return std::nullopt;
 }
 
 }  // namespace kavor

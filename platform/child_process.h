@@ -10,12 +10,15 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <span>
 #include <stop_token>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/expected.h"
+#include "platform/system_paths.h"
 
 namespace kavor {
 
@@ -62,5 +65,14 @@ struct ChildExit {
 Expected<ChildExit> runChildProcess(const std::filesystem::path& program,
                                     std::span<const std::string> args, OutputSink& output,
                                     std::stop_token stop = {});
+
+// Starts program with args and lets it go: in a session of its own, its standard streams on
+// /dev/null, never waited for, outliving Kavor. Fails only when it cannot be started.
+Status startDetachedProcess(const std::filesystem::path& program,
+                            std::span<const std::string> args);
+
+// The executable of that name in the absolute folders of PATH, the first as a shell finds it;
+// none without one.
+std::optional<std::filesystem::path> findProgramInPath(std::string_view name, const EnvLookup& env);
 
 }  // namespace kavor

@@ -142,3 +142,7 @@ kavor_cli_case(style_slow_filter ARGS style --style 10 --color never --filter-na
 kavor_cli_case(archive_alone ARGS archive EXIT 64 STDERR_HAS "takes one of: catalogue, stats, build")
 kavor_cli_case(archive_build_needs_two ARGS archive build ${KAVOR_TEST_DATA} EXIT 64
                STDERR_HAS "give the log store and the new archive")
+
+# check: the report of a system root that has none of the log store.
+kavor_cli_case(check_missing_root ARGS check ENV KAVOR_SYSTEM_ROOT=${KAVOR_TEST_DATA}/roots/missing)
+kavor_cli_case(check_help ARGS check --help)

@@ -4,10 +4,16 @@
 #include "platform/child_process.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <string>
 #include <thread>
 #include <vector>
+
+#include "tests/platform/temp_folder.h"
 
 namespace kavor {
 namespace {
@@ -54,6 +60,28 @@ TEST(ChildProcess, RunsAtOnceKeepTheirOwnOutput) {
     t.join();
   for (size_t i = 0; i < outs.size(); ++i)
     EXPECT_EQ(outs[i], std::to_string(i));
+}
+
+TEST(DetachedProcess, RunsOnItsOwnWithItsArgumentsWhole) {
+  const testing_support::TempFolder folder;
+  const auto said = folder / "said";
+  const auto release = folder / "release";
+  ASSERT_EQ(::mkfifo(said.c_str(), 0600), 0);
+  ASSERT_EQ(::mkfifo(release.c_str(), 0600), 0);
+  // The program says who it is, then waits until it is let go: the fifos order everything.
+  const std::vector<std::string> args = {"-c", "echo \"$$ $1\" > \"$0\"; read x < \"$2\"",
+                                         said.string(), "two 'words'", release.string()};
+  ASSERT_TRUE(startDetachedProcess("/bin/sh", args).ok());
+  const std::string line = testing_support::readFile(said);
+  const pid_t pid = std::stoi(line);
+  EXPECT_EQ(line.substr(line.find(' ')), " two 'words'\n");
+  EXPECT_EQ(::getsid(pid), pid);
+  EXPECT_EQ(::waitpid(pid, nullptr, WNOHANG), -1);  // nobody's child here to wait for
+  testing_support::writeFile(release, "go\n");
+
+  const auto missing = startDetachedProcess(folder / "missing", {});
+  ASSERT_FALSE(missing.ok());
+  EXPECT_EQ(missing.error().sysErrno, ENOENT);
 }
 
 }  // namespace

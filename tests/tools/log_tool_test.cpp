@@ -42,6 +42,28 @@ TEST(LogTool, ShowPrintsJsonTheDecoderReads) {
   EXPECT_EQ(again.out, run.out);
 }
 
+TEST(LogTool, ShowLastTwoSecondsPrintsAHeaderAndTheWindowsEntries) {
+  const ToolRun plain = runTool({"show", "--last", "2"});
+  ASSERT_EQ(plain.status, 0) << plain.err;
+  const std::string header =
+      "Timestamp                       Thread     Type        Activity             PID    TTL  \n";
+  ASSERT_TRUE(plain.out.starts_with(header)) << plain.out;
+  const ToolRun json = runTool({"show", "--style", "json", "--last", "2"});
+  const auto list = kavor::decodeEntries(json.out);
+  ASSERT_TRUE(list.ok()) << list.error().message();
+  ASSERT_GT(list->size(), 0u);
+  // One line an entry, each stamped within the two seconds before 10:00:00; messages with a
+  // line feed run over into a line of their own.
+  size_t entries = 0;
+  for (size_t at = header.size(); at < plain.out.size(); at = plain.out.find('\n', at) + 1) {
+    const std::string second = plain.out.substr(at, 19);
+    if (!second.starts_with("2020-")) continue;
+    ++entries;
+    EXPECT_TRUE(second == "2020-11-16 09:59:58" || second == "2020-11-16 09:59:59") << second;
+  }
+  EXPECT_EQ(entries, list->size());
+}
+
 TEST(LogTool, TypesLeftOutUnlessAskedFor) {
   const ToolRun plain = runTool({"show", "--last", "1m", "--style", "json"});
   ASSERT_EQ(plain.status, 0);
