@@ -9,6 +9,7 @@
 #include "app/shell/app_delegate.h"
 #include "app/shell/file_panels.h"
 #include "app/shell/qt_text.h"
+#include "engine/shell/machine_check_system.h"
 #include "engine/shell/menu_texts.h"
 #include "platform/clock.h"
 #include "platform/demo_root.h"
@@ -31,9 +32,11 @@ int main(int argc, char* argv[]) {
   kavor::FileSettingsStore settings(kavor::settingsFilePathFrom(env));
   const kavor::SystemClock clock;
   kavor::app::DialogFilePanels panels;
-  kavor::app::AppContext app(
-      {settings, kavor::SystemPaths(kavor::systemRootFrom(env)), clock, alerts, panels});
-  app.delegate().applicationDidFinishLaunching();
+  const kavor::SystemPaths paths(kavor::systemRootFrom(env));
+  kavor::MachineCheckSystem checks(paths, clock);
+  kavor::app::AppContext app({settings, paths, clock, alerts, panels, checks});
+  // A user who is no administrator cannot read the log: the checks have said so.
+  if (!app.delegate().applicationDidFinishLaunching()) return 0;
   app.documents().newDocument();
   return QApplication::exec();
 }

@@ -61,7 +61,7 @@ ArchViewController::ArchViewController(AppContext& app, QWidget* parent)
   connect(ui_->saveButton, &QPushButton::clicked, this, &ArchViewController::theSaveButton);
   connect(ui_->biggerButton, &QToolButton::clicked, this, &ArchViewController::incFontSize);
   connect(ui_->smallerButton, &QToolButton::clicked, this, &ArchViewController::decFontSize);
-  connect(ui_->stopButton, &QPushButton::clicked, this, &ArchViewController::stopTool);
+  connect(ui_->stopButton, &QPushButton::clicked, this, &ArchViewController::stopWork);
   connect(ui_->debugCheckbox, &QCheckBox::toggled, this, [this](bool on) { debug_ = on; });
   connect(work_.get(), &BackgroundWork::finished, this, &ArchViewController::finishTool);
 }
@@ -197,7 +197,7 @@ void ArchViewController::theSaveButton() {
     output_->appendOutputText(written.error().message());
 }
 
-void ArchViewController::stopTool() {
+void ArchViewController::stopWork() {
   work_->stop();
 }
 

@@ -60,7 +60,7 @@ class ArchViewController final : public QWidget, public MenuCommandTarget {
   void incFontSize();
   void decFontSize();
   // Asks the tool at work to stop; what it wrote stays.
-  void stopTool();
+  void stopWork();
 
  signals:
   // A tool has ended and the buttons are back.

@@ -3,9 +3,19 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include "engine/shell/check_texts.h"
+
 namespace kavor::app {
 
 AlertPresenter::~AlertPresenter() = default;
+
+void showErrorAlert(AlertPresenter& alerts, std::string_view text, QWidget* parent) {
+  alerts.runModal({Alert::Style::critical,
+                   std::string(kShellErrorMessage),
+                   std::string(text),
+                   {std::string(kShellAlertButton)}},
+                  parent);
+}
 
 int MessageBoxAlerts::runModal(const Alert& alert, QWidget* parent) {
   QMessageBox box(parent);

@@ -2,6 +2,7 @@
 // Every alert of the application goes through one presenter, so that tests can answer them.
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 class QWidget;
@@ -22,6 +23,9 @@ class AlertPresenter {
   // Modal; returns the index of the button pressed.
   virtual int runModal(const Alert& alert, QWidget* parent) = 0;
 };
+
+// The shell's alert: "An error occurred:" over the text, critical, one "OK".
+void showErrorAlert(AlertPresenter& alerts, std::string_view text, QWidget* parent);
 
 class MessageBoxAlerts final : public AlertPresenter {
  public:

@@ -14,6 +14,10 @@
 
 class QWidget;
 
+namespace kavor {
+class CheckSystem;
+}
+
 namespace kavor::app {
 
 class AlertPresenter;
@@ -29,6 +33,8 @@ struct AppServices {
   const Clock& clock;
   AlertPresenter& alerts;
   FilePanels& panels;
+  // What the start-up checks and the Log Check read of the machine.
+  CheckSystem& checks;
 };
 
 class AppContext {
@@ -43,6 +49,7 @@ class AppContext {
   const Clock& clock() const { return services_.clock; }
   AlertPresenter& alerts() const { return services_.alerts; }
   FilePanels& panels() const { return services_.panels; }
+  CheckSystem& checks() const { return services_.checks; }
 
   // Where workers hand their results back; it outlives every document.
   MainThread& mainThread() const;

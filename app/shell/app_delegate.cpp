@@ -3,24 +3,35 @@
 #include <QAction>
 #include <QMenu>
 
+#include "app/shell/alerts.h"
 #include "app/shell/app_context.h"
 #include "app/shell/main_menu.h"
 #include "app/shell/window_controller.h"
 #include "app/shell/window_registry.h"
 #include "engine/archive/archive_texts.h"
 #include "engine/query/settings_texts.h"
+#include "engine/shell/check_texts.h"
+#include "engine/shell/clock_settings.h"
 #include "engine/shell/menu_texts.h"
+#include "engine/shell/startup_checks.h"
 
 namespace kavor::app {
 
 AppDelegate::AppDelegate(AppContext& app) : app_(app) {}
 AppDelegate::~AppDelegate() = default;
 
-void AppDelegate::applicationDidFinishLaunching() {
+bool AppDelegate::applicationDidFinishLaunching() {
+  const StartupOutcome checked = runStartupChecks(app_.checks(), [this](const StartupAlert& alert) {
+    // There is no pane to bring forward here: the desktop's own date and time settings serve.
+    if (alert.opensClockSettings()) (void)openClockSettings(processEnvironment());
+    showErrorAlert(app_.alerts(), alert.text, nullptr);
+  });
+  if (checked.quit) return false;
   dontShowGraphView = app_.settings().boolValue(kDontShowGraphViewKey);
   app_.reportSettings(okStatus(), nullptr);  // the first read may have set the file aside
   app_.menu().showItem(kWindowsMenuTitle, kOpenChartItem, false);
   app_.menu().showItem(kWindowsMenuTitle, kLogarchiveToolItem, true);
+  return true;
 }
 
 void AppDelegate::enableGraphView() {
@@ -33,6 +44,10 @@ void AppDelegate::enableGraphView() {
 
 void AppDelegate::openArchWindow() {
   openWindowController(kArchWindowControllerId, myArchWindow);
+}
+
+void AppDelegate::openCheckLog() {
+  openWindowController(kLogCheckWindowId, myCheckLogWindow);
 }
 
 WindowController* AppDelegate::openWindowController(std::string_view identifier,

@@ -21,16 +21,21 @@ class AppDelegate final : public QObject {
 
   // Every window of a kind opened so far; a closed window's controller stays.
   WindowControllers myArchWindow;
+  WindowControllers myCheckLogWindow;
 
   // Read from the settings at launch; a fetch collects chart data only while it is false.
   bool dontShowGraphView = false;
 
-  // Reads "dontShowGraphView", then hides "Open Chart" and shows "Logarchive Tool".
-  void applicationDidFinishLaunching();
+  // Runs the start-up checks, each failure told in an alert; then reads "dontShowGraphView",
+  // hides "Open Chart" and shows "Logarchive Tool". False when the application must end: the
+  // user is no administrator.
+  [[nodiscard]] bool applicationDidFinishLaunching();
   // Flips the switch, stores it, and ticks "Enable Chart View" while the chart view is on.
   void enableGraphView();
   // A further Logarchive Tool window, whatever is open already.
   void openArchWindow();
+  // A further Log Check window.
+  void openCheckLog();
 
   // Makes the window controller of the identifier, shows its window and keeps the controller.
   WindowController* openWindowController(std::string_view identifier, WindowControllers& list);

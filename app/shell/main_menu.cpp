@@ -75,6 +75,7 @@ std::vector<MenuLayout> menuLayouts() {
        {
            {C::openChart, kOpenChartItem, {K("Ctrl+Shift+G")}},
            {C::logarchiveTool, kLogarchiveToolItem, {}},
+           {C::logCheck, kLogCheckItem, {}},
        }},
       {kHelpMenuTitle,
        {

@@ -42,6 +42,7 @@ enum class MenuCommand {
   convertToCsv,
   openChart,
   logarchiveTool,
+  logCheck,
   updateStatus,
   count
 };

@@ -91,6 +91,7 @@ void pasteFromClipboard(AppContext& app) {
 void connectMenuActions(AppContext& app) {
   onTriggered(app, C::enableChartView, [&app] { app.delegate().enableGraphView(); });
   onTriggered(app, C::logarchiveTool, [&app] { app.delegate().openArchWindow(); });
+  onTriggered(app, C::logCheck, [&app] { app.delegate().openCheckLog(); });
   onTriggered(app, C::quit, [&app] {
     app.documents().closeAll();
     QApplication::quit();

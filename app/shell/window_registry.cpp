@@ -9,10 +9,12 @@
 #include "app/document/graph_view_controller.h"
 #include "app/query/view_controller.h"
 #include "app/shell/app_context.h"
+#include "app/shell/check_log_view_controller.h"
 #include "app/shell/kv_main_window.h"
 #include "app/shell/main_menu.h"
 #include "app/shell/window_controller.h"
 #include "engine/archive/archive_texts.h"
+#include "engine/shell/check_texts.h"
 #include "engine/shell/menu_texts.h"
 
 namespace kavor::app {
@@ -36,16 +38,19 @@ std::unique_ptr<WindowController> makeGraphWindowController(AppContext& app) {
   return std::make_unique<WindowController>(std::move(window), new GraphViewController(app));
 }
 
-std::unique_ptr<WindowController> makeArchWindowController(AppContext& app) {
+// A report window (the Logarchive Tool, the Log Check): it takes its own menu commands while in
+// front; closing one whose work can stop stops it, keeping the window and its text.
+template <class Controller, int width, int height>
+std::unique_ptr<WindowController> makeReportWindowController(AppContext& app) {
   auto window = std::make_unique<ControllerWindow>();
   app.menu().attachTo(window->menuBar());
-  window->resize(900, 560);
-  auto* content = new ArchViewController(app);
+  window->resize(width, height);
+  auto* content = new Controller(app);
   auto controller = std::make_unique<WindowController>(std::move(window), content);
   controller->setCommandTarget(content);
-  // Closing the window stops the tool at work; the window and its output stay for a reopening.
-  QObject::connect(controller.get(), &WindowController::windowWillClose, content,
-                   &ArchViewController::stopTool);
+  if constexpr (requires { &Controller::stopWork; })
+    QObject::connect(controller.get(), &WindowController::windowWillClose, content,
+                     &Controller::stopWork);
   content->viewDidLoad();
   return controller;
 }
@@ -56,7 +61,8 @@ const std::vector<std::pair<std::string_view, Factory>>& factories() {
   static const std::vector<std::pair<std::string_view, Factory>> all = {
       {kDocumentWindowControllerId, makeDocumentWindowController},
       {kGraphWindowControllerId, makeGraphWindowController},
-      {kArchWindowControllerId, makeArchWindowController},
+      {kArchWindowControllerId, makeReportWindowController<ArchViewController, 900, 560>},
+      {kLogCheckWindowId, makeReportWindowController<CheckLogViewController, 620, 360>},
   };
   return all;
 }

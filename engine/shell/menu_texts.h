@@ -20,6 +20,7 @@ inline constexpr std::string_view kHelpMenuTitle = "Help";
 inline constexpr std::string_view kEnableChartViewItem = "Enable Chart View";
 inline constexpr std::string_view kOpenChartItem = "Open Chart";
 inline constexpr std::string_view kLogarchiveToolItem = "Logarchive Tool";
+inline constexpr std::string_view kLogCheckItem = "Log Check";
 inline constexpr std::string_view kUpdateNotCheckedItem = "Update not checked";
 
 // The View menu items that mirror a main window's switches, in menu order.

@@ -123,8 +123,9 @@ TestApp::TestApp(const fs::path& root, SettingsStore* store) {
 }
 
 void TestApp::start(const fs::path& root, SettingsStore* store) {
-  context_ = std::make_unique<app::AppContext>(
-      app::AppServices{store ? *store : settings, SystemPaths(root), clock, alerts, panels});
+  checks = std::make_unique<TestChecks>(root, clock);
+  context_ = std::make_unique<app::AppContext>(app::AppServices{
+      store ? *store : settings, SystemPaths(root), clock, alerts, panels, *checks});
 }
 
 TestApp::~TestApp() {

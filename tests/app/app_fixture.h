@@ -15,8 +15,10 @@
 #include "app/shell/alerts.h"
 #include "app/shell/app_context.h"
 #include "app/shell/file_panels.h"
+#include "engine/shell/machine_check_system.h"
 #include "platform/clock.h"
 #include "platform/settings_store.h"
+#include "tests/engine/fake_check_system.h"
 #include "tests/platform/temp_folder.h"
 
 namespace kavor::app {
@@ -72,6 +74,42 @@ class ScriptedPanels final : public app::FilePanels {
   std::vector<app::SavePanelRequest> saveRequests;
 };
 
+// What the start-up checks and the Log Check read: as made, a machine that passes every check;
+// after useMachine(), the application's own system root and log tool. Whether the user is an
+// administrator is the test's to say either way, never the machine's that runs the tests.
+class TestChecks final : public CheckSystem {
+ public:
+  TestChecks(const std::filesystem::path& root, const Clock& clock)
+      : machine_(SystemPaths(root), clock) {}
+  void useMachine() { source_ = &machine_; }
+  bool administrator = true;
+
+  std::string loginName() override { return "tester"; }
+  std::vector<std::string> administratorGroups() override { return {"80"}; }
+  Expected<ToolOutput> runGroupTool(const std::string&) override {
+    return ToolOutput{0, administrator ? "20 80 12\n" : "20 800 12\n"};
+  }
+  Expected<ToolOutput> runLogTool(std::span<const std::string_view> args) override {
+    return source_->runLogTool(args);
+  }
+  bool isFolder(std::string_view path) override { return source_->isFolder(path); }
+  Expected<std::vector<std::string>> listFolderNames(std::string_view path) override {
+    return source_->listFolderNames(path);
+  }
+  Expected<std::vector<FolderItem>> listFolder(std::string_view path) override {
+    return source_->listFolder(path);
+  }
+  std::optional<std::string> formattedClockSample() override {
+    return source_->formattedClockSample();
+  }
+  double now() override { return source_->now(); }
+
+ private:
+  testing_support::FakeCheckSystem passing_;
+  MachineCheckSystem machine_;
+  CheckSystem* source_ = &passing_;
+};
+
 // 2026-11-20 10:00:00 UTC, the tests' "now".
 inline constexpr double kTestNow = 816861600.0;
 
@@ -87,6 +125,7 @@ class TestApp {
   MemorySettingsStore settings;
   FixedClock clock{kTestNow};
   RecordingAlerts alerts;
+  std::unique_ptr<TestChecks> checks;
   ScriptedPanels panels;
 
   FakeToolRoot& tool() { return *tool_; }

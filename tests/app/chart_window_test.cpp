@@ -133,7 +133,7 @@ class ChartWindowTest : public QObject {
   void noChartWhileTheChartViewIsOff() {
     TestApp app;
     QVERIFY(app.settings.setBool("dontShowGraphView", true));
-    app.context().delegate().applicationDidFinishLaunching();
+    QVERIFY(app.context().delegate().applicationDidFinishLaunching());
     AppDocument* document = app.newDocument();
     app.tool().printOutput(kFourEntries);
     QVERIFY(TestApp::getLog(TestApp::controller(document)));

@@ -48,7 +48,7 @@ class ShellTest : public QObject {
     QAction* openChart = item(app, kWindowsMenuTitle, kOpenChartItem);
     openChart->setVisible(true);
     openChart->setEnabled(true);
-    app.context().delegate().applicationDidFinishLaunching();
+    QVERIFY(app.context().delegate().applicationDidFinishLaunching());
     QVERIFY(app.context().delegate().dontShowGraphView);
     QVERIFY(!openChart->isVisible() && !openChart->isEnabled());
     QAction* archiveTool = item(app, kWindowsMenuTitle, kLogarchiveToolItem);
@@ -93,7 +93,7 @@ class ShellTest : public QObject {
     const std::filesystem::path file = "/proc/kavor-app-test-settings.plist";
     FileSettingsStore store(file);
     TestApp app(&store);
-    app.context().delegate().applicationDidFinishLaunching();
+    QVERIFY(app.context().delegate().applicationDidFinishLaunching());
     QVERIFY(app.alerts.shown.empty());
     ViewController& view = TestApp::controller(app.newDocument());  // the first start's reset
     QCOMPARE(app.alerts.shown.size(), size_t{1});
@@ -115,7 +115,7 @@ class ShellTest : public QObject {
     writeFile(file, "not a property list");
     FileSettingsStore store(file);
     TestApp app(&store);
-    app.context().delegate().applicationDidFinishLaunching();
+    QVERIFY(app.context().delegate().applicationDidFinishLaunching());
     QCOMPARE(app.alerts.shown.size(), size_t{1});
     QVERIFY(store.setAside());
     const Alert& alert = app.alerts.shown[0];
