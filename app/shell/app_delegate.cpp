@@ -50,6 +50,10 @@ void AppDelegate::openCheckLog() {
   openWindowController(kLogCheckWindowId, myCheckLogWindow);
 }
 
+void AppDelegate::openField() {
+  openWindowController(kFieldWindowControllerId, myField);
+}
+
 WindowController* AppDelegate::openWindowController(std::string_view identifier,
                                                     WindowControllers& list) {
   std::unique_ptr<WindowController> controller = instantiateWindowController(identifier, app_);

@@ -22,6 +22,7 @@ class AppDelegate final : public QObject {
   // Every window of a kind opened so far; a closed window's controller stays.
   WindowControllers myArchWindow;
   WindowControllers myCheckLogWindow;
+  WindowControllers myField;
 
   // Read from the settings at launch; a fetch collects chart data only while it is false.
   bool dontShowGraphView = false;
@@ -36,6 +37,8 @@ class AppDelegate final : public QObject {
   void openArchWindow();
   // A further Log Check window.
   void openCheckLog();
+  // A further Log Fields window.
+  void openField();
 
   // Makes the window controller of the identifier, shows its window and keeps the controller.
   WindowController* openWindowController(std::string_view identifier, WindowControllers& list);

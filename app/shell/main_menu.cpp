@@ -76,6 +76,7 @@ std::vector<MenuLayout> menuLayouts() {
            {C::openChart, kOpenChartItem, {K("Ctrl+Shift+G")}},
            {C::logarchiveTool, kLogarchiveToolItem, {}},
            {C::logCheck, kLogCheckItem, {}},
+           {C::logFields, kLogFieldsItem, {}},
        }},
       {kHelpMenuTitle,
        {

@@ -43,6 +43,7 @@ enum class MenuCommand {
   openChart,
   logarchiveTool,
   logCheck,
+  logFields,
   updateStatus,
   count
 };

@@ -92,6 +92,7 @@ void connectMenuActions(AppContext& app) {
   onTriggered(app, C::enableChartView, [&app] { app.delegate().enableGraphView(); });
   onTriggered(app, C::logarchiveTool, [&app] { app.delegate().openArchWindow(); });
   onTriggered(app, C::logCheck, [&app] { app.delegate().openCheckLog(); });
+  onTriggered(app, C::logFields, [&app] { app.delegate().openField(); });
   onTriggered(app, C::quit, [&app] {
     app.documents().closeAll();
     QApplication::quit();

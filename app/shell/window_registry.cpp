@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "app/archive/arch_view_controller.h"
+#include "app/document/field_view_controller.h"
 #include "app/document/graph_view_controller.h"
 #include "app/query/view_controller.h"
 #include "app/shell/app_context.h"
@@ -55,6 +56,16 @@ std::unique_ptr<WindowController> makeReportWindowController(AppContext& app) {
   return controller;
 }
 
+std::unique_ptr<WindowController> makeFieldWindowController(AppContext& app) {
+  auto window = std::make_unique<ControllerWindow>();
+  app.menu().attachTo(window->menuBar());
+  window->resize(300, 400);  // 16 lines; the longer lists grow it
+  auto* content = new FieldViewController(app);
+  auto controller = std::make_unique<WindowController>(std::move(window), content);
+  content->viewDidLoad();
+  return controller;
+}
+
 using Factory = std::function<std::unique_ptr<WindowController>(AppContext&)>;
 
 const std::vector<std::pair<std::string_view, Factory>>& factories() {
@@ -62,6 +73,7 @@ const std::vector<std::pair<std::string_view, Factory>>& factories() {
       {kDocumentWindowControllerId, makeDocumentWindowController},
       {kGraphWindowControllerId, makeGraphWindowController},
       {kArchWindowControllerId, makeReportWindowController<ArchViewController, 900, 560>},
+      {kFieldWindowControllerId, makeFieldWindowController},
       {kLogCheckWindowId, makeReportWindowController<CheckLogViewController, 620, 360>},
   };
   return all;

@@ -86,4 +86,10 @@ std::vector<std::string> fieldListLines(int osVersion) {
   return lines;
 }
 
+int fieldWindowGrowth(int osVersion) {
+  if (osVersion == 13) return 100;
+  if (osVersion == 14) return 170;
+  return 0;
+}
+
 }  // namespace kavor

@@ -33,4 +33,8 @@ std::string fieldListLine(int number, const Field& field);
 // The lines of the field list for osVersion, one per field in field-number order.
 std::vector<std::string> fieldListLines(int osVersion);
 
+// Points the Log Fields window grows by at each appearance, so that the longer lists of 10.13
+// (100) and 10.14 (170) fit; 0 for every other version.
+int fieldWindowGrowth(int osVersion);
+
 }  // namespace kavor

@@ -21,6 +21,7 @@ inline constexpr std::string_view kEnableChartViewItem = "Enable Chart View";
 inline constexpr std::string_view kOpenChartItem = "Open Chart";
 inline constexpr std::string_view kLogarchiveToolItem = "Logarchive Tool";
 inline constexpr std::string_view kLogCheckItem = "Log Check";
+inline constexpr std::string_view kLogFieldsItem = "Log Fields";
 inline constexpr std::string_view kUpdateNotCheckedItem = "Update not checked";
 
 // The View menu items that mirror a main window's switches, in menu order.
@@ -35,5 +36,6 @@ inline constexpr std::string_view kFetchDebugItem = "Get Debug";
 // Identifiers of window controllers in the interface definition.
 inline constexpr std::string_view kDocumentWindowControllerId = "Document Window Controller";
 inline constexpr std::string_view kGraphWindowControllerId = "GraphWindowController";
+inline constexpr std::string_view kFieldWindowControllerId = "Field Window Controller";
 
 }  // namespace kavor
