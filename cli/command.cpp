@@ -45,7 +45,8 @@ std::span<const Command* const> commands() {
   static const Command* const table[] = {
       &entriesCommand(),      &fieldsCommand(),       &styleCommand(), &csvCommand(),
       &queryCommand(),        &getCommand(),          &chartCommand(), &archiveCatalogueCommand(),
-      &archiveStatsCommand(), &archiveBuildCommand(), &checkCommand(),
+      &archiveStatsCommand(), &archiveBuildCommand(), &checkCommand(), &listsExportCommand(),
+      &listsImportCommand(),
   };
   return table;
 }

@@ -36,6 +36,8 @@ const Command& archiveCatalogueCommand();
 const Command& archiveStatsCommand();
 const Command& archiveBuildCommand();
 const Command& checkCommand();
+const Command& listsExportCommand();
+const Command& listsImportCommand();
 
 std::span<const Command* const> commands();
 const Command* findCommand(std::string_view name);

@@ -21,24 +21,14 @@ struct ListSlot {
   std::string_view indexKey;
   // The predicate box always ends up on a row; the other two keep a stored -1 as "typed".
   bool negativeIndexSelectsRowZero;
-  NamedList (*factoryList)(int osVersion);
 };
-
-NamedList factoryPredicates(int) {
-  return factoryPredicateList();
-}
-NamedList factoryFilters(int) {
-  return factoryFilterList();
-}
 
 std::array<ListSlot, 3> listSlots(MainSettings& s) {
   return {{
       {s.specPredList, s.comboPredicate, s.thePredicateStr, kSpecPredListKey, kPopupPredicateKey,
-       true, &factoryPredicates},
-      {s.specFiltList, s.comboFilter, s.theFilterStr, kSpecFiltListKey, kPopupFilterKey, false,
-       &factoryFilters},
-      {s.specStyleList, s.comboStyle, s.theStyleStr, kSpecStyleListKey, kPopupStyleKey, false,
-       &factoryStyleList},
+       true},
+      {s.specFiltList, s.comboFilter, s.theFilterStr, kSpecFiltListKey, kPopupFilterKey, false},
+      {s.specStyleList, s.comboStyle, s.theStyleStr, kSpecStyleListKey, kPopupStyleKey, false},
   }};
 }
 
@@ -85,16 +75,35 @@ Status stepFontSize(MainSettings& settings, SettingsStore& store, int points) {
   return store.setDouble(kFontSizeKey, settings.theFontSize);
 }
 
-Status resetFactorySettings(MainSettings& settings, SettingsStore& store) {
-  SettingsBatch batch(store);
+PlistDict factorySettingValues(int osVersion) {
+  PlistDict values;
   for (const FactorySetting& f : kFactorySettings)
-    if (!f.signpostsOnly || hasSignposts(settings)) batch.set(f.key, factoryValue(f));
+    if (!f.signpostsOnly || osVersion >= kFirstSignpostOsVersion)
+      values.emplace_back(std::string(f.key), factoryValue(f));
+  for (std::string_view key : {kSpecPredListKey, kSpecFiltListKey, kSpecStyleListKey})
+    values.emplace_back(std::string(key), namedListToPlist(factoryList(key, osVersion)));
+  values.emplace_back(std::string(kLogLimitKey), PlistValue(kFactoryLogLimit));
+  return values;
+}
+
+Status storeFactorySettings(SettingsStore& store, int osVersion) {
+  SettingsBatch batch(store);
+  for (auto& [key, value] : factorySettingValues(osVersion))
+    batch.set(key, std::move(value));
+  return batch.commit();
+}
+
+bool storeNeedsFactorySettings(const SettingsStore& store) {
+  const NamedListRead styles = store.namedList(kSpecStyleListKey);
+  return styles.status == NamedListRead::Status::absent ||
+         (styles.status == NamedListRead::Status::ok && styles.list.empty());
+}
+
+Status resetFactorySettings(MainSettings& settings, SettingsStore& store) {
+  Status written = storeFactorySettings(store, settings.osVersion);
   settings.specPredList = factoryPredicateList();
   settings.specFiltList = factoryFilterList();
   settings.specStyleList = factoryStyleList(settings.osVersion);
-  storeLists(settings, batch);
-  batch.set(kLogLimitKey, kFactoryLogLimit);
-  Status written = batch.commit();
   // Observers read the store, so they are told only once the batch is written. A failed write
   // still changed the values they read.
   store.notifications().post(kCustomsChanged);
@@ -109,19 +118,23 @@ void loadListsIntoBoxes(MainSettings& settings, const SettingsStore& store) {
     if (read.status == NamedListRead::Status::ok)
       slot.list = std::move(read.list);
     else if (read.status == NamedListRead::Status::corrupt)
-      slot.list = slot.factoryList(settings.osVersion);  // the stored value stays as it is
+      slot.list = factoryList(slot.listKey, settings.osVersion);  // the stored value stays as it is
     fillBox(slot.box, slot.list);
     slot.box.selectItem(correctedIndex(store.integerValue(slot.indexKey), slot));
     slot.shown = slot.box.displayedString();
   }
 }
 
-Status reloadListBoxes(MainSettings& settings, SettingsStore& store) {
+void showListsAtRowZero(MainSettings& settings) {
   for (ListSlot& slot : listSlots(settings)) {
     fillBox(slot.box, slot.list);
     slot.box.selectItem(0);
     slot.shown = slot.box.displayedString();
   }
+}
+
+Status reloadListBoxes(MainSettings& settings, SettingsStore& store) {
+  showListsAtRowZero(settings);
   SettingsBatch batch(store);
   storeLists(settings, batch);
   return batch.commit();
@@ -151,12 +164,8 @@ void loadCusMenu(MainSettings& settings, const SettingsStore& store) {
 Status loadMainSettingsAtStart(MainSettings& settings, SettingsStore& store, int osVersion) {
   settings.osVersion = osVersion;
   settings.theFontSize = fontSizeFromStore(store);
-  // A corrupt style list is not a missing one: resetting would overwrite the user's lists.
-  const NamedListRead styles = store.namedList(kSpecStyleListKey);
   Status written = okStatus();
-  if (styles.status == NamedListRead::Status::absent ||
-      (styles.status == NamedListRead::Status::ok && styles.list.empty()))
-    written = resetFactorySettings(settings, store);
+  if (storeNeedsFactorySettings(store)) written = resetFactorySettings(settings, store);
 
   // A unit index the menu does not have would leave it without a selection; "sec" is meant.
   const int64_t unit = store.integerValue(kPopupTimeUnitsKey);

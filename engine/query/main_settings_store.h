@@ -11,6 +11,17 @@
 
 namespace kavor {
 
+// The factory values in the order a reset writes them: the single settings (the signpost
+// switches only from 13 on), the three lists (the styles by osVersion), then "logLimit".
+PlistDict factorySettingValues(int osVersion);
+
+// Writes factorySettingValues through one batch; notifies nobody.
+[[nodiscard]] Status storeFactorySettings(SettingsStore& store, int osVersion);
+
+// Whether a main window would reset the store when it loads: no style list is stored, or an
+// empty one. A corrupt list is the user's data, never a missing one.
+bool storeNeedsFactorySettings(const SettingsStore& store);
+
 // Writes the factory values (signpost switches only from 13 on) and the factory lists, sets the
 // limit to 999, posts "Customs-Changed", then resets theReplaceOnImport and theLogCap. The boxes
 // are left alone: the notification makes every open window reload them. The result is the
@@ -22,7 +33,10 @@ namespace kavor {
 // stored index as corrected for that box, and copies the shown text.
 void loadListsIntoBoxes(MainSettings& settings, const SettingsStore& store);
 
-// Refills the boxes from the lists in memory, selects row 0 of each, then stores the lists.
+// Refills the boxes from the lists in memory, selects row 0 of each and copies its name.
+void showListsAtRowZero(MainSettings& settings);
+
+// showListsAtRowZero, then stores the lists.
 [[nodiscard]] Status reloadListBoxes(MainSettings& settings, SettingsStore& store);
 
 // Stores the period, unit, box selections (-1 for a typed box) and switches; the signpost

@@ -43,6 +43,12 @@ NamedList factoryStyleList(int osVersion) {
   return list;
 }
 
+NamedList factoryList(std::string_view listKey, int osVersion) {
+  if (listKey == kSpecStyleListKey) return factoryStyleList(osVersion);
+  if (listKey == kSpecFiltListKey) return factoryFilterList();
+  return factoryPredicateList();
+}
+
 std::string selectedListText(const ComboBoxModel& box, const NamedList& list) {
   const int64_t i = box.selectedIndex();
   if (i < 0) return box.displayedString();

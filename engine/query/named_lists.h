@@ -3,6 +3,7 @@
 // of them gives the text a query or a style uses.
 
 #include <string>
+#include <string_view>
 
 #include "engine/core/combo_box_model.h"
 #include "platform/settings_store.h"
@@ -16,6 +17,8 @@ NamedList factoryPredicateList();
 NamedList factoryFilterList();
 // "starters" names field 16 only on systems that have it (13 or more).
 NamedList factoryStyleList(int osVersion);
+// The factory list stored under listKey ("specPredList", "specFiltList" or "specStyleList").
+NamedList factoryList(std::string_view listKey, int osVersion);
 
 // The rule selectedListText: a typed box (no row selected) gives its displayed text, a selected
 // row gives that entry's text, and a row beyond the list gives the empty text.

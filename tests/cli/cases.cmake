@@ -146,3 +146,17 @@ kavor_cli_case(archive_build_needs_two ARGS archive build ${KAVOR_TEST_DATA} EXI
 # check: the report of a system root that has none of the log store.
 kavor_cli_case(check_missing_root ARGS check ENV KAVOR_SYSTEM_ROOT=${KAVOR_TEST_DATA}/roots/missing)
 kavor_cli_case(check_help ARGS check --help)
+
+# lists: the stored named lists as a lists file. Settings are read from a fixture, or from an
+# empty folder of the build tree, where the factory lists stand in.
+kavor_cli_case(lists_alone ARGS lists EXIT 64 STDERR_HAS "takes one of: export, import")
+kavor_cli_case(lists_export_stored ARGS lists export -
+               ENV XDG_CONFIG_HOME=${KAVOR_TEST_DATA}/prefs/config)
+kavor_cli_case(lists_export_factory_12 ARGS lists export --os-version 12 -
+               ENV XDG_CONFIG_HOME=${CMAKE_CURRENT_BINARY_DIR}/xdg-config-none)
+kavor_cli_case(lists_import_not_a_plist ARGS lists import --os-version 15
+               ${KAVOR_TEST_DATA}/cli/not_array.json
+               EXIT 1 STDERR_HAS "not_array.json\": it is not a property list")
+kavor_cli_case(lists_import_needs_a_file ARGS lists import --merge EXIT 64
+               STDERR_HAS "give the file to import")
+kavor_cli_case(lists_import_help ARGS lists import --help)
