@@ -82,6 +82,9 @@ class ViewController final : public QWidget {
   void cmdMakeLog();
   void doSaveDefaults();
   void doConversion();
+  // The three lists to a property-list file, and back from one (replacing or merging).
+  void exportPrefs();
+  void importPrefs();
   void stepSetPeriod();
   void textSetPeriod();
   void setTheNowButton();

@@ -54,6 +54,16 @@ void AppDelegate::openField() {
   openWindowController(kFieldWindowControllerId, myField);
 }
 
+void AppDelegate::openPrefs() {
+  openWindowController(kPrefsWindowControllerId, myPrefsWindow);
+}
+
+void AppDelegate::closeWindows() {
+  for (WindowControllers* list : {&myField, &myPrefsWindow, &myCheckLogWindow, &myArchWindow})
+    for (const auto& controller : *list)
+      if (controller->window()->isVisible()) controller->window()->close();
+}
+
 WindowController* AppDelegate::openWindowController(std::string_view identifier,
                                                     WindowControllers& list) {
   std::unique_ptr<WindowController> controller = instantiateWindowController(identifier, app_);

@@ -23,6 +23,7 @@ class AppDelegate final : public QObject {
   WindowControllers myArchWindow;
   WindowControllers myCheckLogWindow;
   WindowControllers myField;
+  WindowControllers myPrefsWindow;
 
   // Read from the settings at launch; a fetch collects chart data only while it is false.
   bool dontShowGraphView = false;
@@ -39,6 +40,10 @@ class AppDelegate final : public QObject {
   void openCheckLog();
   // A further Log Fields window.
   void openField();
+  // A further Preferences window.
+  void openPrefs();
+  // Closes every window the delegate opened, as quitting does: each stores what it must.
+  void closeWindows();
 
   // Makes the window controller of the identifier, shows its window and keeps the controller.
   WindowController* openWindowController(std::string_view identifier, WindowControllers& list);

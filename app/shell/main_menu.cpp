@@ -51,6 +51,8 @@ std::vector<MenuLayout> menuLayouts() {
            {C::saveAs, "Save As\u2026", {K::SaveAs}},
            {C::makeLogarchive, "Make Logarchive\u2026", {}, false, QAction::NoRole, true},
            {C::saveDefaults, "Save Window Settings", {}},
+           {C::exportPrefs, "Export Preferences\u2026", {}, false, QAction::NoRole, true},
+           {C::importPrefs, "Import Preferences\u2026", {}},
        }},
       {kEditMenuTitle,
        {

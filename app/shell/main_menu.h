@@ -27,6 +27,8 @@ enum class MenuCommand {
   chooseSource,
   makeLogarchive,
   saveDefaults,
+  exportPrefs,
+  importPrefs,
   copy,
   paste,
   getLog,

@@ -93,7 +93,9 @@ void connectMenuActions(AppContext& app) {
   onTriggered(app, C::logarchiveTool, [&app] { app.delegate().openArchWindow(); });
   onTriggered(app, C::logCheck, [&app] { app.delegate().openCheckLog(); });
   onTriggered(app, C::logFields, [&app] { app.delegate().openField(); });
+  onTriggered(app, C::preferences, [&app] { app.delegate().openPrefs(); });
   onTriggered(app, C::quit, [&app] {
+    app.delegate().closeWindows();
     app.documents().closeAll();
     QApplication::quit();
   });
@@ -122,9 +124,8 @@ void connectMenuActions(AppContext& app) {
   forViewController(app, C::biggerFont, &ViewController::incFontSize);
   forViewController(app, C::smallerFont, &ViewController::decFontSize);
   forViewController(app, C::convertToCsv, &ViewController::doConversion);
-
-  // Its window comes with the preferences.
-  app.menu().action(C::preferences)->setEnabled(false);
+  forViewController(app, C::exportPrefs, &ViewController::exportPrefs);
+  forViewController(app, C::importPrefs, &ViewController::importPrefs);
 }
 
 }  // namespace kavor::app

@@ -13,6 +13,7 @@
 #include "app/shell/check_log_view_controller.h"
 #include "app/shell/kv_main_window.h"
 #include "app/shell/main_menu.h"
+#include "app/shell/prefs_view_controller.h"
 #include "app/shell/window_controller.h"
 #include "engine/archive/archive_texts.h"
 #include "engine/shell/check_texts.h"
@@ -66,6 +67,19 @@ std::unique_ptr<WindowController> makeFieldWindowController(AppContext& app) {
   return controller;
 }
 
+// Closing the window stores the edits, as the window going away does.
+std::unique_ptr<WindowController> makePrefsWindowController(AppContext& app) {
+  auto window = std::make_unique<ControllerWindow>();
+  app.menu().attachTo(window->menuBar());
+  window->resize(640, 600);
+  auto* content = new PrefsViewController(app);
+  auto controller = std::make_unique<WindowController>(std::move(window), content);
+  QObject::connect(controller.get(), &WindowController::windowWillClose, content,
+                   &PrefsViewController::viewWillDisappear);
+  content->viewDidLoad();
+  return controller;
+}
+
 using Factory = std::function<std::unique_ptr<WindowController>(AppContext&)>;
 
 const std::vector<std::pair<std::string_view, Factory>>& factories() {
@@ -74,6 +88,7 @@ const std::vector<std::pair<std::string_view, Factory>>& factories() {
       {kGraphWindowControllerId, makeGraphWindowController},
       {kArchWindowControllerId, makeReportWindowController<ArchViewController, 900, 560>},
       {kFieldWindowControllerId, makeFieldWindowController},
+      {kPrefsWindowControllerId, makePrefsWindowController},
       {kLogCheckWindowId, makeReportWindowController<CheckLogViewController, 620, 360>},
   };
   return all;

@@ -37,5 +37,6 @@ inline constexpr std::string_view kFetchDebugItem = "Get Debug";
 inline constexpr std::string_view kDocumentWindowControllerId = "Document Window Controller";
 inline constexpr std::string_view kGraphWindowControllerId = "GraphWindowController";
 inline constexpr std::string_view kFieldWindowControllerId = "Field Window Controller";
+inline constexpr std::string_view kPrefsWindowControllerId = "Prefs Window Controller";
 
 }  // namespace kavor
