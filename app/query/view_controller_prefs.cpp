@@ -31,7 +31,11 @@ void ViewController::importPrefs() {
   if (!path) return;
   // Every main window reloads its lists on the notification the import posts, this one too.
   const Expected<bool> imported = kavor::importPrefs(settings_, app_.settings(), *path);
-  if (!imported) showActionError(imported.error().message());
+  if (!imported) {
+    showActionError(imported.error().message());
+    return;
+  }
+  if (*imported) showComboBoxes();  // row 0 of each list, after the reload kept the selections
 }
 
 }  // namespace kavor::app
