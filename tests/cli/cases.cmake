@@ -160,3 +160,6 @@ kavor_cli_case(lists_import_not_a_plist ARGS lists import --os-version 15
 kavor_cli_case(lists_import_needs_a_file ARGS lists import --merge EXIT 64
                STDERR_HAS "give the file to import")
 kavor_cli_case(lists_import_help ARGS lists import --help)
+kavor_cli_case(lists_export_unwritable ARGS lists export --os-version 15
+               ${KAVOR_TEST_DATA}/prefs/missing/lists.plist
+               EXIT 1 STDERR_HAS "Couldn't save exported file. (cannot open")

@@ -36,23 +36,18 @@ TEST(PrefsEditor, NewThenAddMakesAnUntitledEntryAndSelectsIt) {
                                            {P::styles, kNewStyleText},
                                            {P::filters, kNewFilterText}}) {
     const auto n = static_cast<int64_t>(editor.list(which).size());
-    PrefsGroup before = editor.group(which);
-    ASSERT_EQ(before.popupItems.size(), editor.list(which).size() + 1);
+    const PrefsGroup before = editor.group(which);
+    EXPECT_EQ(before.popupItems.size(), editor.list(which).size() + 1);
     EXPECT_EQ(before.popupItems.back(), "New\u2026");
     EXPECT_EQ(before.fields, PrefsFields{});  // not filled on load
 
     editor.choose(which, n, before.fields);
-    const PrefsFields untitled{"untitled", std::string(placeholder)};
-    EXPECT_EQ(editor.group(which).fields, untitled);
     editor.add(which, editor.group(which).fields);
-
     const PrefsGroup after = editor.group(which);
     EXPECT_EQ(editor.list(which).back(), (ListEntry{"untitled", std::string(placeholder)}));
     EXPECT_EQ(after.selectedItem, n);
     EXPECT_EQ(after.popupItems[static_cast<size_t>(n)], "untitled");
-    EXPECT_EQ(after.popupItems.back(), "New\u2026");
-    EXPECT_EQ(after.fields, untitled);
-    EXPECT_EQ(editor.selectedName(which), "untitled");
+    EXPECT_EQ(after.fields, (PrefsFields{"untitled", std::string(placeholder)}));
   }
 }
 
@@ -128,46 +123,31 @@ TEST(PrefsEditor, ResetKeepsTheSignpostSwitchesBefore13AndClampsSelections) {
     EXPECT_EQ(store.boolValue(kFetchSignpostsKey), osVersion == 13) << osVersion;
     EXPECT_EQ(store.namedList(kSpecStyleListKey).list, factoryStyleList(osVersion));
     EXPECT_EQ(editor.list(P::styles), factoryStyleList(osVersion));
-    EXPECT_EQ(editor.list(P::predicates), factoryPredicateList());
     EXPECT_EQ(editor.selection(P::predicates), 6);
     EXPECT_EQ(editor.group(P::predicates).fields.name, "Nimbet");
-    EXPECT_TRUE(editor.replaceOnImport());
     EXPECT_EQ(editor.logLimitText(), "999");
   }
 }
 
-TEST(PrefsEditor, ClosingStoresEverythingThenTellsTheMainWindows) {
+TEST(PrefsEditor, ClosingStoresEverythingThenTellsTheMainWindowsAndKeepsALimitThatIsNoNumber) {
   MemorySettingsStore store;
   seed(store, listOf({{"none", ""}}));
-  ASSERT_TRUE(store.setInteger(kLogLimitKey, 400));
   PrefsEditor editor(store, 15);
-  EXPECT_EQ(editor.logLimitText(), "400");
-  EXPECT_TRUE(editor.replaceOnImport());
   editor.choose(P::filters, 10, {});
   editor.add(P::filters, {"mine", "kernel"});
   NamedList seen;
   auto obs = store.notifications().observe(std::string(kCustomsChanged),
                                            [&] { seen = store.namedList(kSpecFiltListKey).list; });
-
-  // Letters in the limit field leave the stored limit alone.
-  ASSERT_TRUE(editor.storeOnClose(false, "12a"));
+  ASSERT_TRUE(editor.storeOnClose(false, "\t1200.9 "));
   EXPECT_EQ(seen.back(), (ListEntry{"mine", "kernel"}));
-  EXPECT_EQ(store.integerValue(kLogLimitKey), 400);
+  EXPECT_EQ(store.integerValue(kLogLimitKey), 1200);
   EXPECT_FALSE(store.boolValue(kReplaceOnImportKey));
 
-  ASSERT_TRUE(editor.storeOnClose(true, " 1500 "));
-  EXPECT_EQ(store.integerValue(kLogLimitKey), 1500);
+  for (const char* letters : {"", "12a", "1e3", ".", "-", "1.2.3", "1 000"}) {
+    ASSERT_TRUE(editor.storeOnClose(true, letters));
+    EXPECT_EQ(store.integerValue(kLogLimitKey), 1200) << letters;
+  }
   EXPECT_TRUE(store.boolValue(kReplaceOnImportKey));
-}
-
-TEST(PrefsEditor, LimitTextReadsAsTheNumberFormatterReadsIt) {
-  EXPECT_EQ(logLimitFromText("250"), 250);
-  EXPECT_EQ(logLimitFromText("\t250 "), 250);
-  EXPECT_EQ(logLimitFromText("1200.9"), 1200);
-  EXPECT_EQ(logLimitFromText("-3"), -3);
-  EXPECT_EQ(logLimitFromText(".5"), 0);
-  for (const char* text : {"", " ", "abc", "12a", "1e3", ".", "-", "1.2.3", "1 000"})
-    EXPECT_EQ(logLimitFromText(text), std::nullopt) << text;
 }
 
 TEST(PrefsEditor, AWriteFailingPartWayLeavesTheStoredListsAsTheyWere) {
@@ -200,21 +180,6 @@ TEST(PrefsEditor, ACorruptStoredListIsShownAsTheFactoryOneAndKeptUntilEdited) {
   ASSERT_TRUE(editor.storeOnClose(true, "999"));
   EXPECT_EQ(store.value(kSpecStyleListKey), corrupt);
   EXPECT_EQ(store.namedList(kSpecFiltListKey).list[1], (ListEntry{"error", "errors"}));
-}
-
-TEST(PrefsEditor, AnEmptyStoredListShowsOnlyNewAndCanGrowAgain) {
-  MemorySettingsStore store;
-  seed(store, {});
-  PrefsEditor editor(store, 15);
-  editor.refreshListPopup(P::predicates);
-  PrefsGroup group = editor.group(P::predicates);
-  EXPECT_EQ(group.popupItems, std::vector<std::string>{"New\u2026"});
-  EXPECT_EQ(group.selectedItem, -1);
-  EXPECT_EQ(group.fields, PrefsFields{});
-  editor.choose(P::predicates, 0, group.fields);
-  editor.add(P::predicates, {"first", "process == \"a\""});
-  EXPECT_EQ(editor.selection(P::predicates), 0);
-  EXPECT_EQ(editor.group(P::predicates).fields.name, "first");
 }
 
 }  // namespace

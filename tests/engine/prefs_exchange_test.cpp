@@ -163,37 +163,5 @@ TEST(PrefsExchange, AStoreFailingPartWayKeepsTheStoredAndShownLists) {
   EXPECT_EQ(listsOf(window), someLists());
 }
 
-TEST(PrefsExchange, ExportToAFolderThatIsNotThereFails) {
-  TempFolder tmp;
-  EXPECT_FALSE(writeExchangeFile(tmp / "gone/lists.plist", someLists()));
-}
-
-TEST(PrefsExchange, OutsideAWindowAFreshStoreGetsTheFactorySettingsWithTheLists) {
-  TempFolder tmp;
-  writeFile(tmp / "x.plist", fileOf(entries({{"X", "a"}}), entries({}), entries({})));
-  MemorySettingsStore fresh;
-  ASSERT_TRUE(listsInStoreNeedOsVersion(fresh));
-  const auto imported = importPrefsIntoStore(fresh, tmp / "x.plist", ImportMode::merge, 12);
-  ASSERT_TRUE(imported && *imported);
-  EXPECT_FALSE(storeNeedsFactorySettings(fresh));
-  EXPECT_EQ(fresh.integerValue(kTimePeriodKey), -20);
-  EXPECT_FALSE(fresh.contains(kShowSignpostsKey));
-  EXPECT_EQ(fresh.namedList(kSpecStyleListKey).list, factoryStyleList(12));
-  NamedList preds = factoryPredicateList();
-  preds.push_back({"X", "a"});
-  EXPECT_EQ(fresh.namedList(kSpecPredListKey).list, preds);
-
-  // A store in use only has its lists replaced; a corrupt list stands in as the factory one.
-  MemorySettingsStore used;
-  ASSERT_TRUE(used.setNamedList(kSpecStyleListKey, someLists().styles));
-  ASSERT_TRUE(used.setValue(kSpecPredListKey, 7));
-  EXPECT_FALSE(listsInStoreNeedOsVersion(used));
-  EXPECT_EQ(listsInStore(used, 15).predicates, factoryPredicateList());
-  EXPECT_EQ(listsInStore(used, 15).filters, initialNamedList());
-  ASSERT_TRUE(importPrefsIntoStore(used, tmp / "x.plist", ImportMode::replace, 15));
-  EXPECT_EQ(used.namedList(kSpecPredListKey).list, (NamedList{{"X", "a"}}));
-  EXPECT_FALSE(used.contains(kTimePeriodKey));
-}
-
 }  // namespace
 }  // namespace kavor
