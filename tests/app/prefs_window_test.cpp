@@ -89,8 +89,10 @@ class PrefsWindowTest : public QObject {
     NamedList changed = main.settings().specStyleList;
     changed.push_back({"extra", "0 10"});
     QVERIFY(app.settings.setNamedList(kSpecStyleListKey, changed));
+    QVERIFY(app.settings.setInteger(kPopupStyleKey, 2));
     main.loadCusMenu();
     QCOMPARE(main.ui().comboStyle->count(), styles.size() + 1);
+    QCOMPARE(main.ui().comboStyle->currentIndex(), 2);
     app.panels.openAnswers.push_back(file);
     main.importPrefs();
     QVERIFY(app.alerts.shown.empty());
