@@ -90,12 +90,14 @@ bool LogarchiveBuilder::copyStep(const fs::path& from, const fs::path& to) {
   debugMessage({kCopyingFrom, from.string(), kCopyingTo, to.string(), "\n"});
   CopyObserver observer;
   observer.stop = options_.stop;
+  uint64_t copiedHere = 0;
   if (options_.progress)
-    observer.progress = [this](uint64_t copied) {
+    observer.progress = [this, &copiedHere](uint64_t copied) {
+      copiedHere = copied;
       options_.progress(copiedBefore_ + copied, total_);
     };
   const Status copied = copyItem(from, to, observer);
-  copiedBefore_ += treeContentBytes(from);  // planned, so that a failed step still counts
+  copiedBefore_ += copiedHere;
   if (!copied) fail(copied.error().message());
   return copied.ok();
 }

@@ -46,12 +46,14 @@ struct Build {
   TempFolder folder;
   TextOutput output;
   fs::path archive = folder / "new.logarchive";
+  std::pair<uint64_t, uint64_t> lastProgress;  // copied, total
 };
 
 void build(Build& b, bool debug, bool withSignpost = true) {
   makeStore(b.folder / "db", withSignpost);
   BuildOptions options;
   options.debug = [debug] { return debug; };
+  options.progress = [&b](uint64_t copied, uint64_t total) { b.lastProgress = {copied, total}; };
   runBuild(b.folder / "db", b.archive, true, b.output, std::move(options));
 }
 
@@ -67,6 +69,10 @@ TEST(LogarchiveBuilder, CopiesTheStoreIntoTheLayoutOfAnArchiveSayingOnlyWhereItW
   EXPECT_FALSE(fs::exists(b.archive / "Extra/logdata.LiveData.tracev3"));
   EXPECT_FALSE(fs::exists(b.archive / "Other"));
   EXPECT_FALSE(fs::exists(b.archive / "Extra/Other"));
+  // Progress ends at the bytes of everything the archive keeps, the folder it leaves out not
+  // counted.
+  const uint64_t kept = 10 + 12 + 4096 + 7 + 4 + 4 + 28 + kVersionPlist.size();
+  EXPECT_EQ(b.lastProgress, std::make_pair(kept, kept));
 
   const PlistValue info = readInfo(b.archive);
   const PlistValue* end = info.find("EndTimeRef");
