@@ -4,7 +4,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
-#include <QFontDatabase>
 #include <QLineEdit>
 #include <QMenu>
 #include <QShowEvent>
@@ -17,6 +16,7 @@
 #include "app/shell/file_panels.h"
 #include "app/shell/main_menu.h"
 #include "app/shell/qt_text.h"
+#include "app/shell/report_area.h"
 #include "app/shell/window_controller.h"
 #include "engine/core/pasteboard_date.h"
 #include "engine/query/log_collection.h"
@@ -197,10 +197,7 @@ void ViewController::decFontSize() {
 }
 
 void ViewController::applyFontSize() {
-  QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-  font.setPointSizeF(settings_.theFontSize);
-  font.setWeight(QFont::Normal);
-  resultView().applyFont(font);
+  resultView().applyFont(outputFont(settings_.theFontSize));
   showLineCount();
 }
 

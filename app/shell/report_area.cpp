@@ -10,6 +10,14 @@
 
 namespace kavor::app {
 
+QFont outputFont(double points, bool monospaced) {
+  QFont font =
+      QFontDatabase::systemFont(monospaced ? QFontDatabase::FixedFont : QFontDatabase::GeneralFont);
+  font.setPointSizeF(points);
+  font.setWeight(QFont::Normal);
+  return font;
+}
+
 ReportArea::ReportArea(AppContext& app, QPlainTextEdit& view, std::string_view fontSizeKey,
                        Face face)
     : app_(app), view_(view), fontSizeKey_(fontSizeKey), face_(face) {}
@@ -35,11 +43,7 @@ void ReportArea::appendOutputText(std::string_view text) {
 }
 
 void ReportArea::restyleOutput() {
-  QFont font = QFontDatabase::systemFont(face_ == Face::monospaced ? QFontDatabase::FixedFont
-                                                                   : QFontDatabase::GeneralFont);
-  font.setPointSizeF(theFontSize_);
-  font.setWeight(QFont::Normal);
-  view_.setFont(font);
+  view_.setFont(outputFont(theFontSize_, face_ == Face::monospaced));
 }
 
 void ReportArea::incFontSize() {

@@ -3,6 +3,7 @@
 // wrote it, shown in one font at the window's size, which steps within 4 and 60 points and is
 // kept under the window's own settings key.
 
+#include <QFont>
 #include <QPlainTextEdit>
 #include <string>
 #include <string_view>
@@ -12,6 +13,9 @@
 namespace kavor::app {
 
 class AppContext;
+
+// The output text style: the monospaced (or the system) font at the size, regular weight.
+QFont outputFont(double points, bool monospaced = true);
 
 class ReportArea final : public ArchiveOutput {
  public:
