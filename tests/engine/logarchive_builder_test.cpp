@@ -127,6 +127,16 @@ TEST(LogarchiveBuilder, GoesOnPastMissingFoldersAndStopsWhereTheArchiveCannotBeM
   EXPECT_TRUE(said.ends_with("No such file or directory")) << said;
   EXPECT_TRUE(fs::exists(missing.archive / "Extra/version.plist"));
 
+  // A destination that exists already (replaced in the save panel): the first copy fails and
+  // the later steps fill the folder where they can.
+  Build existing;
+  fs::create_directories(existing.archive);
+  build(existing, false);
+  EXPECT_NE(existing.output.text().find("File exists"), std::string::npos);
+  EXPECT_FALSE(fs::exists(existing.archive / "0A"));
+  EXPECT_TRUE(fs::exists(existing.archive / "Persist/0000000000000001.tracev3"));
+  EXPECT_TRUE(fs::exists(existing.archive / "Info.plist"));
+
   // A destination whose folder is gone: every copy fails, Extra cannot be made, nothing more is
   // copied, and the Info.plist cannot be written either.
   Build nowhere;
