@@ -73,11 +73,13 @@ Expected<std::string> AppDocument::dataOfType(std::string_view typeName) {
   ViewController* controller = viewController();
   if (!controller) return documentError();
   const std::string trailer = saveTrailer(controller->theNowStr(), controller->theFullCmdStr());
+  ShownResult& shown = record_.shown;
+  if (typeName == kPlainTextType) return shown.text() + trailer;
+  // The trailer becomes part of what is shown, so each further styled save carries one more.
+  shown.appendUnfonted(trailer);
   ResultView& view = controller->resultView();
-  if (typeName == kPlainTextType) return view.styledText().text + trailer;
-  // The trailer becomes part of the view, so each further styled save carries one more.
-  view.appendUnfontedText(trailer);
-  std::string rtf = rtfFromStyledText(view.styledText(), view.rtfFont(), view.fontedLength());
+  view.resultAppended();
+  std::string rtf = rtfFromStyledText(shown.styled(), view.rtfFont(), shown.fontedLength());
   if (rtf.empty()) return documentError();
   return rtf;
 }

@@ -1,50 +1,85 @@
 #pragma once
-// The main window's result view: read-only text with a colour per piece. It keeps the styled
-// text it shows (its text storage), so that saving writes exactly what is on screen, and knows
-// which part carries no font of its own: text appended after the font was last applied.
+// The main window's result view: the document's shown result, read-only, with a colour per
+// piece. It lays out and paints only the lines on screen, so a million lines cost no more than
+// a screenful; selection and highlights are byte ranges of the result's text.
 
-#include <QPlainTextEdit>
-#include <string_view>
+#include <QAbstractScrollArea>
+#include <QFont>
+#include <cstddef>
+#include <utility>
 #include <vector>
 
-#include "engine/core/styled_text.h"
 #include "engine/document/rtf_writer.h"
+
+class QTextLayout;
+
+namespace kavor {
+class ShownResult;
+}
 
 namespace kavor::app {
 
-class ResultView final : public QPlainTextEdit {
+class ResultView final : public QAbstractScrollArea {
   Q_OBJECT
 
  public:
+  using Range = std::pair<size_t, size_t>;  // bytes [first, second) of the text
+
   explicit ResultView(QWidget* parent = nullptr);
   ~ResultView() override;
 
-  // Replaces the whole contents; all of it takes the view's font.
-  void setStyledText(StyledText text);
-  // Appends text in the text colour and with no font of its own, shown in the default font.
-  void appendUnfontedText(std::string_view text);
-  // The font over the whole text, the appended text included.
+  // What to show; it must outlive the view or be replaced first. None shows nothing.
+  void setResult(const ShownResult* result);
+  const ShownResult* result() const { return result_; }
+  // The result holds another text: the view goes back to its top, without a selection.
+  void resultReplaced();
+  // The result's text grew at its end: the view keeps its place and selection.
+  void resultAppended();
+  // The font of the text the result counts as fonted; the rest keeps the application's.
   void applyFont(const QFont& font);
-
-  const StyledText& styledText() const { return storage_; }
-  // Bytes before this carry the view's font.
-  size_t fontedLength() const { return fontedLength_; }
   RtfFont rtfFont() const;
 
- private:
-  class Highlighter;
-  struct Run16 {
-    int begin = 0;  // in UTF-16 units, as the view counts
-    int end = 0;
-    TextColour colour = TextColour::text;
-  };
-  void mapRuns();
+  Range selection() const;
+  // Selects the range and scrolls its start into view.
+  void select(Range range);
+  // Ranges painted as found text, sorted and apart; current is painted stronger.
+  void setHighlights(std::vector<Range> ranges, size_t current);
+  QString selectedText() const;
+  size_t firstVisibleLine() const;
+  void scrollToLine(size_t line);
 
-  StyledText storage_;
-  size_t fontedLength_ = 0;
-  std::vector<Run16> runs16_;
-  int fontedLength16_ = 0;
-  Highlighter* highlighter_;
+ public slots:
+  void copy() const;
+  void selectAll();
+
+ signals:
+  // A double click on a line: the byte offset clicked.
+  void lineActivated(size_t offset);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+
+ private:
+  void updateScrollRanges();
+  int lineHeight() const;
+  // The line laid out in one row, its colours and the selection as formats.
+  void layoutLine(QTextLayout& layout, size_t line) const;
+  size_t offsetAt(const QPoint& point) const;
+  void moveCursor(size_t offset, bool extend);
+
+  const ShownResult* result_ = nullptr;
+  size_t anchor_ = 0;
+  size_t cursor_ = 0;
+  std::vector<Range> highlights_;
+  size_t currentHighlight_ = 0;
+  int widestSeen_ = 0;
 };
 
 }  // namespace kavor::app

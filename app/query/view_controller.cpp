@@ -55,6 +55,11 @@ ResultView& ViewController::resultView() const {
   return *ui_->theResText;
 }
 
+ShownResult& ViewController::shown() {
+  AppDocument* owner = document();
+  return owner ? owner->record().shown : noResult_;
+}
+
 AppDocument* ViewController::document() const {
   const WindowController* controller = windowControllerOf(this);
   return controller ? controller->document() : nullptr;
@@ -197,6 +202,7 @@ void ViewController::decFontSize() {
 }
 
 void ViewController::applyFontSize() {
+  shown().fontAll();
   resultView().applyFont(outputFont(settings_.theFontSize));
   showLineCount();
 }

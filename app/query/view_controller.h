@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "engine/core/date_format.h"
+#include "engine/document/shown_result.h"
 #include "engine/query/entry_styler.h"
 #include "engine/query/log_fetch.h"
 #include "engine/query/log_query.h"
@@ -57,6 +58,8 @@ class ViewController final : public QWidget {
   const LogSource& source() const { return source_; }
   QMenu* myViewMenu() const { return myViewMenu_; }
   ResultView& resultView() const;
+  // What the window shows: its document's, or nothing for a window without one.
+  ShownResult& shown();
   Ui::DocumentWindow& ui() const { return *ui_; }
   // Runs started and not yet completed.
   size_t runsInFlight() const { return fetch_ ? fetch_->runsInFlight() : 0; }
@@ -126,8 +129,10 @@ class ViewController final : public QWidget {
   // generation of whatever is shown next.
   uint64_t supersedeRestyles();
   // A result styled elsewhere (a fetch's completion), shown in place of any running restyle's.
-  void showStyled(const StyledEntries& styled);
-  void applyStyled(const StyledEntries& styled);
+  void showStyled(StyledEntries styled);
+  void applyStyled(StyledEntries styled);
+  // Puts a result in the document, in place of what it showed, and shows it with its counts.
+  void applyShown(ShownResult result, const StyledEntries& counts);
   void showNotice(const std::optional<std::string>& notice);
   void showLineCount();
   void completeLogShow(LogShowOutput&& output, const std::shared_ptr<const Run>& run);
@@ -150,6 +155,7 @@ class ViewController final : public QWidget {
   uint64_t restyleGeneration_ = 0;
   std::stop_source restyleStop_;
   bool restyling_ = false;
+  ShownResult noResult_;  // shown by a window without a document
 };
 
 }  // namespace kavor::app

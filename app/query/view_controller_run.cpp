@@ -95,7 +95,7 @@ void ViewController::completeLogShow(LogShowOutput&& output,
   AppDocument* owner = document();
   if (!owner) return;
   std::string styleText;
-  const LogShowCompletion done =
+  LogShowCompletion done =
       kavor::completeLogShow(std::move(output), owner->record(), stylerInput(styleText),
                              {run->formatter, run->startDate, app_.clock().now(),
                               app_.delegate().dontShowGraphView, true});
@@ -111,7 +111,7 @@ void ViewController::completeLogShow(LogShowOutput&& output,
     if (done.styleLater)
       restyle(styleRequest());
     else
-      showStyled(done.styled);
+      showStyled(std::move(done.styled));
   }
   if (done.queueChart) owner->computeChartData();
   if (!restyling_) stopSpinner();  // else the restyle stops it when its result is shown
@@ -159,11 +159,14 @@ void ViewController::restyle(StyleRequest request) {
     // On the document's processingQueue: reads the shared entries and its own copies, nothing
     // of the window.
     auto styled = std::make_shared<StyledEntries>(styleEntries(request.input()));
-    mainThread.post([self, generation, styled] {
+    // The lines are indexed here too, so that the main thread only swaps the result in.
+    auto shown = std::make_shared<ShownResult>(std::move(styled->text), std::move(styled->columns),
+                                               std::move(styled->shown));
+    mainThread.post([self, generation, styled, shown] {
       // A closed window has gone; something newer may be shown.
       if (!self || generation != self->restyleGeneration_) return;
       self->restyling_ = false;
-      self->applyStyled(*styled);
+      self->applyShown(std::move(*shown), *styled);
       self->stopSpinner();
     });
   });
@@ -179,16 +182,25 @@ uint64_t ViewController::supersedeRestyles() {
   return ++restyleGeneration_;
 }
 
-void ViewController::showStyled(const StyledEntries& styled) {
+void ViewController::showStyled(StyledEntries styled) {
   supersedeRestyles();
-  applyStyled(styled);
+  applyStyled(std::move(styled));
 }
 
-void ViewController::applyStyled(const StyledEntries& styled) {
-  resultView().setStyledText(styled.text);
-  if (styled.entryCount) ui_->entryCount->setText(qstring(*styled.entryCount));
+void ViewController::applyStyled(StyledEntries styled) {
+  ShownResult result(std::move(styled.text), std::move(styled.columns), std::move(styled.shown));
+  applyShown(std::move(result), styled);
+}
+
+void ViewController::applyShown(ShownResult result, const StyledEntries& counts) {
+  ShownResult& target = shown();
+  // The view lets go of the old text before it is freed.
+  resultView().setResult(nullptr);
+  target = std::move(result);
+  resultView().setResult(&target);
+  if (counts.entryCount) ui_->entryCount->setText(qstring(*counts.entryCount));
   showLineCount();
-  showNotice(styled.notice);
+  showNotice(counts.notice);
 }
 
 void ViewController::showNotice(const std::optional<std::string>& notice) {
@@ -197,7 +209,7 @@ void ViewController::showNotice(const std::optional<std::string>& notice) {
 }
 
 void ViewController::showLineCount() {
-  ui_->lineCount->setText(QString::number(paragraphCount(resultView().styledText().text)));
+  ui_->lineCount->setText(QString::number(shown().paragraphCount()));
 }
 
 void ViewController::refreshResults() {
@@ -232,9 +244,7 @@ void ViewController::doConversion() {
                    {settings_.showLogEntries, settings_.showSignposts, settings_.showActivities});
   if (!csv) return;
   supersedeRestyles();
-  resultView().setStyledText({std::move(*csv), {}});
-  showLineCount();
-  showNotice(std::nullopt);
+  applyShown(ShownResult({std::move(*csv), {}}), StyledEntries{});
 }
 
 void ViewController::startSpinner() {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "engine/core/entry_list.h"
+#include "engine/document/shown_result.h"
 #include "platform/clock.h"
 #include "platform/operation_queue.h"
 
@@ -50,6 +51,10 @@ class Document {
   int64_t theNoBins = kInitialBinCount;
   // The newest collection begun; one that began earlier and ends later is dropped.
   uint64_t chartCollection = 0;
+
+  // What the main window shows: the styled entries or their CSV text, with the trailers that
+  // styled saves appended. Main thread only.
+  ShownResult shown;
 
   // Names the document's windows; set after each fetch.
   std::string displayName;

@@ -3,74 +3,16 @@
 #include <algorithm>
 #include <vector>
 
-#include "engine/core/field_table.h"
 #include "engine/core/user_characters.h"
-#include "engine/query/style_items.h"
+#include "engine/query/style_columns.h"
 
 namespace kavor {
 
 namespace {
 
-// The tool's timestamp: "2020-05-01 09:41:07.123456+0100".
-constexpr size_t kTimeOfDayStart = 11;
-constexpr size_t kTimestampWithoutZone = 26;
-constexpr size_t kShortTextLimit = 21;
-constexpr size_t kDroppedTail = 20;
-
-// The field's text before its letters apply; scratch holds texts that are made, not stored.
-std::string_view fieldText(const FieldValue& value, FieldKind kind, std::string& scratch) {
-  if (!value.present()) return {};
-  if (kind == FieldKind::null) return "null";
-  if (value.kind() == ValueKind::text) return value.text();
-  scratch.clear();
-  value.appendPlainText(scratch);
-  return scratch;
-}
-
-std::string_view cut(std::string_view text, FieldCut how, UserCharacters& chars) {
-  switch (how) {
-    case FieldCut::none:
-      return text;
-    case FieldCut::timeOfDay: {
-      // A timestamp too short to hold the time of day is shown whole.
-      const size_t end = chars.prefixBytes(text, kTimestampWithoutZone);
-      if (end == UserCharacters::npos) return text;
-      const size_t begin = chars.prefixBytes(text, kTimeOfDayStart);
-      return text.substr(begin, end - begin);
-    }
-    case FieldCut::dateAndTime:
-      return chars.first(text, kTimestampWithoutZone);
-    case FieldCut::first21:
-      return chars.first(text, kShortTextLimit);
-    case FieldCut::dropLast20: {
-      if (text.size() < kShortTextLimit) return text;  // fewer bytes, fewer characters
-      const size_t n = chars.count(text);
-      return n < kShortTextLimit ? text : text.substr(0, chars.prefixBytes(text, n - kDroppedTail));
-    }
-    case FieldCut::fileName: {
-      const size_t slash = text.rfind('/');
-      return slash == std::string_view::npos ? text : text.substr(slash + 1);
-    }
-  }
-  return text;
-}
-
-struct ResolvedItem {
-  EntryKey key;
-  FieldKind kind;
-  FieldCut cut;
-  TextColour colour;
-};
-
-std::vector<ResolvedItem> resolve(std::string_view styleText, int osVersion) {
-  const auto table = fieldTable(osVersion);
-  std::vector<ResolvedItem> items;
-  for (const StyleItem& item : parseStyleText(styleText, highestFieldNumber(osVersion))) {
-    const Field& field = table[static_cast<size_t>(item.field)];
-    items.push_back(ResolvedItem{field.key, field.kind, item.cut, item.colour});
-  }
-  return items;
-}
+// The filter reads the message whole, as text.
+constexpr StyleColumn kMessage{EntryKey::eventMessage, FieldKind::text, FieldCut::none,
+                               TextColour::text};
 
 }  // namespace
 
@@ -94,7 +36,7 @@ bool stylesQuickly(const StylerInput& input) {
 StyledEntries styleEntries(const StylerInput& input) {
   StyledEntries out;
   LogFilter filter(input.filter, input.locale, input.filterBudget);
-  const std::vector<ResolvedItem> items = resolve(input.styleText, input.osVersion);
+  out.columns = styleColumns(input.styleText, input.osVersion);
   if (!input.entries) return out;
 
   const EntryList& entries = *input.entries;
@@ -117,18 +59,17 @@ StyledEntries styleEntries(const StylerInput& input) {
         out.filterStopped = true;
         break;
       }
-      const FieldValue value = entries.value(i, EntryKey::eventMessage);
-      if (!value.present()) continue;
-      if (!filter.matches(fieldText(value, FieldKind::text, message))) continue;
+      if (!entries.value(i, EntryKey::eventMessage).present()) continue;
+      if (!filter.matches(columnText(entries, i, kMessage, chars, message))) continue;
     }
-    for (const ResolvedItem& item : items) {
-      const std::string_view text =
-          cut(fieldText(entries.value(i, item.key), item.kind, scratch), item.cut, chars);
+    out.shown.push_back({out.text.text.size(), i});
+    for (const StyleColumn& column : out.columns) {
+      const std::string_view text = columnText(entries, i, column, chars, scratch);
       const size_t begin = out.text.text.size();
       out.text.text.append(text);
       out.text.text += ' ';
-      if (item.colour != TextColour::text)
-        out.text.runs.push_back(ColourRun{begin, text.size() + 1, item.colour});
+      if (column.colour != TextColour::text)
+        out.text.runs.push_back(ColourRun{begin, text.size() + 1, column.colour});
     }
     out.text.text += '\n';
   }

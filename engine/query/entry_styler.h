@@ -10,6 +10,7 @@
 #include <stop_token>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "engine/core/entry_list.h"
 #include "engine/core/styled_text.h"
@@ -17,6 +18,7 @@
 #include "engine/query/log_filter.h"
 #include "engine/query/settings_texts.h"
 #include "engine/query/show_switches.h"
+#include "engine/query/style_columns.h"
 
 namespace kavor {
 
@@ -45,8 +47,18 @@ struct StyleRequest {
   StylerInput input() const;
 };
 
+// Where one shown entry's line begins in the styled text, and its position in the entries.
+struct ShownEntry {
+  size_t textBegin = 0;
+  size_t entry = 0;
+};
+
 struct StyledEntries {
   StyledText text;
+  // The style's items, as the pieces of each line were made.
+  std::vector<StyleColumn> columns;
+  // One per shown entry, in text order.
+  std::vector<ShownEntry> shown;
   // The entry count label, "(N)" with the limit on and "N" without, N the entries fetched; none
   // when there is no document, and the label keeps what it showed.
   std::optional<std::string> entryCount;

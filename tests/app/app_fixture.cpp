@@ -9,6 +9,7 @@
 #include "app/document/document_controller.h"
 #include "app/query/result_view.h"
 #include "app/query/view_controller.h"
+#include "engine/document/shown_result.h"
 #include "platform/child_process.h"
 #include "tests/platform/process_state.h"
 
@@ -154,7 +155,8 @@ void TestApp::settle() {
 }
 
 QString viewText(const app::ViewController& controller) {
-  return controller.resultView().toPlainText();
+  const ShownResult* shown = controller.resultView().result();
+  return shown ? QString::fromStdString(shown->text()) : QString();
 }
 
 }  // namespace kavor::app_testing

@@ -78,7 +78,7 @@ class DocumentTest : public QObject {
     ViewController& view = TestApp::controller(document);
     app.tool().printOutput(kOneEntry);
     QVERIFY(TestApp::getLog(view));
-    const std::string shown = view.resultView().styledText().text;
+    const std::string shown = view.shown().text();
     const std::string trailer =
         "\nAt 2026-11-20 10:00:00 for command log show --style json --info --signpost --start "
         "2026-11-20 09:59:40 --end 2026-11-20 10:00:00";
@@ -103,9 +103,9 @@ class DocumentTest : public QObject {
     QCOMPARE(occurrences(styled, "for command log show"), size_t{2});
     QVERIFY(styled.find("\\u-10179?\\u-8704?") != std::string::npos);  // the emoji, whole
     // The view shows what the styled saves appended, in the default font.
-    QCOMPARE(view.resultView().styledText().text, shown + trailer + trailer);
-    QCOMPARE(view.resultView().fontedLength(), shown.size());
-    QVERIFY(view.resultView().toPlainText().endsWith(QString::fromStdString(trailer)));
+    QCOMPARE(view.shown().text(), shown + trailer + trailer);
+    QCOMPARE(view.shown().fontedLength(), shown.size());
+    QVERIFY(viewText(view).endsWith(QString::fromStdString(trailer)));
     QVERIFY(app.alerts.shown.empty());
   }
 
