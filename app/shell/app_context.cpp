@@ -1,5 +1,8 @@
 #include "app/shell/app_context.h"
 
+#include <QCoreApplication>
+#include <QFile>
+
 #include "app/document/document_controller.h"
 #include "app/shell/alerts.h"
 #include "app/shell/app_delegate.h"
@@ -22,7 +25,8 @@ AppContext::AppContext(AppServices services)
       mainThread_(std::make_unique<QtMainThread>()),
       menu_(std::make_unique<MainMenu>()),
       delegate_(std::make_unique<AppDelegate>(*this)),
-      documents_(std::make_unique<DocumentController>(*this)) {
+      documents_(std::make_unique<DocumentController>(*this)),
+      resourceFolder_(QFile::encodeName(QCoreApplication::applicationDirPath()).toStdString()) {
   connectMenuActions(*this);
 }
 

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <utility>
 
 #include "engine/query/log_collection.h"
 #include "engine/shell/settings_trouble.h"
@@ -63,6 +64,10 @@ class AppContext {
   std::filesystem::path logTool() const;
   // How the privileged collection asks for rights: the stand-in tool of a system root needs none.
   PrivilegeMeans privilegeMeans() const;
+  // The folder of the application's own resources (the manual): the program's own folder, where
+  // the build puts them, unless told otherwise.
+  const std::filesystem::path& resourceFolder() const { return resourceFolder_; }
+  void setResourceFolder(std::filesystem::path folder) { resourceFolder_ = std::move(folder); }
 
   // After the settings were written (with this outcome) or read: alerts for a failed write and
   // for a settings file moved aside as unreadable, each problem once per run.
@@ -75,6 +80,7 @@ class AppContext {
   std::unique_ptr<AppDelegate> delegate_;
   std::unique_ptr<DocumentController> documents_;
   SettingsTrouble settingsTrouble_;
+  std::filesystem::path resourceFolder_;
 };
 
 }  // namespace kavor::app

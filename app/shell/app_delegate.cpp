@@ -1,11 +1,14 @@
 #include "app/shell/app_delegate.h"
 
 #include <QAction>
+#include <QDesktopServices>
 #include <QMenu>
+#include <QUrl>
 
 #include "app/shell/alerts.h"
 #include "app/shell/app_context.h"
 #include "app/shell/main_menu.h"
+#include "app/shell/qt_text.h"
 #include "app/shell/window_controller.h"
 #include "app/shell/window_registry.h"
 #include "engine/archive/archive_texts.h"
@@ -17,7 +20,8 @@
 
 namespace kavor::app {
 
-AppDelegate::AppDelegate(AppContext& app) : app_(app) {}
+AppDelegate::AppDelegate(AppContext& app)
+    : app_(app), webPageOpener_([](const QUrl& url) { QDesktopServices::openUrl(url); }) {}
 AppDelegate::~AppDelegate() = default;
 
 bool AppDelegate::applicationDidFinishLaunching() {
@@ -58,8 +62,25 @@ void AppDelegate::openPrefs() {
   openWindowController(kPrefsWindowControllerId, myPrefsWindow);
 }
 
+void AppDelegate::openHelp() {
+  openWindowController(kHelpWindowControllerId, myHelpWindow);
+}
+
+void AppDelegate::openSupport() {
+  openWebPage(kSupportPageAddress);
+}
+
+void AppDelegate::openUpdates() {
+  openWebPage(kReleasesPageAddress);
+}
+
+void AppDelegate::openWebPage(std::string_view address) {
+  webPageOpener_(QUrl(qstring(address)));
+}
+
 void AppDelegate::closeWindows() {
-  for (WindowControllers* list : {&myField, &myPrefsWindow, &myCheckLogWindow, &myArchWindow})
+  for (WindowControllers* list :
+       {&myField, &myHelpWindow, &myPrefsWindow, &myCheckLogWindow, &myArchWindow})
     for (const auto& controller : *list)
       if (controller->window()->isVisible()) controller->window()->close();
 }

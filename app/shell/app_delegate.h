@@ -1,10 +1,15 @@
 #pragma once
-// The application delegate: the launch sequence and the switch that turns the chart view off.
+// The application delegate: the launch sequence, the commands that open the auxiliary windows and
+// the project's web pages, and the switch that turns the chart view off.
 
 #include <QObject>
+#include <functional>
 #include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
+
+class QUrl;
 
 namespace kavor::app {
 
@@ -23,6 +28,7 @@ class AppDelegate final : public QObject {
   WindowControllers myArchWindow;
   WindowControllers myCheckLogWindow;
   WindowControllers myField;
+  WindowControllers myHelpWindow;
   WindowControllers myPrefsWindow;
 
   // Read from the settings at launch; a fetch collects chart data only while it is false.
@@ -42,6 +48,17 @@ class AppDelegate final : public QObject {
   void openField();
   // A further Preferences window.
   void openPrefs();
+  // A further help window with the manual.
+  void openHelp();
+  // The project's support page, in the default browser.
+  void openSupport();
+  // The project's releases page, in the default browser.
+  void openUpdates();
+  // Hands the address to the default browser; nothing comes back.
+  void openWebPage(std::string_view address);
+  // Where openWebPage sends its address: the desktop's browser, unless a test says otherwise.
+  using WebPageOpener = std::function<void(const QUrl&)>;
+  void setWebPageOpener(WebPageOpener opener) { webPageOpener_ = std::move(opener); }
   // Closes every window the delegate opened, as quitting does: each stores what it must.
   void closeWindows();
 
@@ -50,6 +67,7 @@ class AppDelegate final : public QObject {
 
  private:
   AppContext& app_;
+  WebPageOpener webPageOpener_;
 };
 
 }  // namespace kavor::app

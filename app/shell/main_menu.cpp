@@ -82,7 +82,10 @@ std::vector<MenuLayout> menuLayouts() {
        }},
       {kHelpMenuTitle,
        {
-           {C::updateStatus, kUpdateNotCheckedItem, {}},
+           {C::help, kHelpItem, {K::HelpContents}},
+           {C::supportPage, kSupportPageItem, {}, false, QAction::NoRole, true},
+           {C::releasesPage, kReleasesPageItem, {}},
+           {C::updateStatus, kUpdateNotCheckedItem, {}, false, QAction::NoRole, true},
        }},
   };
 }

@@ -46,6 +46,9 @@ enum class MenuCommand {
   logarchiveTool,
   logCheck,
   logFields,
+  help,
+  supportPage,
+  releasesPage,
   updateStatus,
   count
 };

@@ -94,6 +94,9 @@ void connectMenuActions(AppContext& app) {
   onTriggered(app, C::logCheck, [&app] { app.delegate().openCheckLog(); });
   onTriggered(app, C::logFields, [&app] { app.delegate().openField(); });
   onTriggered(app, C::preferences, [&app] { app.delegate().openPrefs(); });
+  onTriggered(app, C::help, [&app] { app.delegate().openHelp(); });
+  onTriggered(app, C::supportPage, [&app] { app.delegate().openSupport(); });
+  onTriggered(app, C::releasesPage, [&app] { app.delegate().openUpdates(); });
   onTriggered(app, C::quit, [&app] {
     app.delegate().closeWindows();
     app.documents().closeAll();

@@ -11,6 +11,7 @@
 #include "app/query/view_controller.h"
 #include "app/shell/app_context.h"
 #include "app/shell/check_log_view_controller.h"
+#include "app/shell/help_view_controller.h"
 #include "app/shell/kv_main_window.h"
 #include "app/shell/main_menu.h"
 #include "app/shell/prefs_view_controller.h"
@@ -80,6 +81,13 @@ std::unique_ptr<WindowController> makePrefsWindowController(AppContext& app) {
   return controller;
 }
 
+std::unique_ptr<WindowController> makeHelpWindowController(AppContext& app) {
+  auto window = std::make_unique<ControllerWindow>();
+  app.menu().attachTo(window->menuBar());
+  window->resize(760, 820);  // a page's width at a readable size
+  return std::make_unique<WindowController>(std::move(window), new HelpViewController(app));
+}
+
 using Factory = std::function<std::unique_ptr<WindowController>(AppContext&)>;
 
 const std::vector<std::pair<std::string_view, Factory>>& factories() {
@@ -89,6 +97,7 @@ const std::vector<std::pair<std::string_view, Factory>>& factories() {
       {kArchWindowControllerId, makeReportWindowController<ArchViewController, 900, 560>},
       {kFieldWindowControllerId, makeFieldWindowController},
       {kPrefsWindowControllerId, makePrefsWindowController},
+      {kHelpWindowControllerId, makeHelpWindowController},
       {kLogCheckWindowId, makeReportWindowController<CheckLogViewController, 620, 360>},
   };
   return all;

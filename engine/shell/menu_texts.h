@@ -23,6 +23,17 @@ inline constexpr std::string_view kLogarchiveToolItem = "Logarchive Tool";
 inline constexpr std::string_view kLogCheckItem = "Log Check";
 inline constexpr std::string_view kLogFieldsItem = "Log Fields";
 inline constexpr std::string_view kUpdateNotCheckedItem = "Update not checked";
+inline constexpr std::string_view kHelpItem = "Kavor Help";
+inline constexpr std::string_view kSupportPageItem = "Kavor Support Page";
+inline constexpr std::string_view kReleasesPageItem = "Kavor Releases Page";
+
+// The project's own pages that the Help menu opens in the default browser.
+inline constexpr std::string_view kSupportPageAddress = "https://kavor.app/support/";
+inline constexpr std::string_view kReleasesPageAddress = "https://kavor.app/releases/";
+
+// The manual, among the application's resources.
+inline constexpr std::string_view kHelpResourceName = "KavorHelp";
+inline constexpr std::string_view kHelpResourceExtension = "pdf";
 
 // The View menu items that mirror a main window's switches, in menu order.
 inline constexpr std::string_view kLimitEntriesItem = "Limit entries shown";
@@ -38,5 +49,6 @@ inline constexpr std::string_view kDocumentWindowControllerId = "Document Window
 inline constexpr std::string_view kGraphWindowControllerId = "GraphWindowController";
 inline constexpr std::string_view kFieldWindowControllerId = "Field Window Controller";
 inline constexpr std::string_view kPrefsWindowControllerId = "Prefs Window Controller";
+inline constexpr std::string_view kHelpWindowControllerId = "Help Window Controller";
 
 }  // namespace kavor

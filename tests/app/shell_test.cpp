@@ -5,11 +5,17 @@
 #include <QCoreApplication>
 #include <QMenu>
 #include <QTest>
+#include <QUrl>
 
+#include "app/archive/arch_view_controller.h"
 #include "app/document/app_document.h"
+#include "app/document/field_view_controller.h"
 #include "app/query/view_controller.h"
 #include "app/shell/app_delegate.h"
+#include "app/shell/check_log_view_controller.h"
+#include "app/shell/help_view_controller.h"
 #include "app/shell/main_menu.h"
+#include "app/shell/prefs_view_controller.h"
 #include "app/shell/window_controller.h"
 #include "engine/shell/menu_texts.h"
 #include "platform/file_bytes.h"
@@ -67,6 +73,51 @@ class ShellTest : public QObject {
     mark->trigger();
     QVERIFY(!delegate.dontShowGraphView && !app.settings.boolValue("dontShowGraphView"));
     QVERIFY(mark->isChecked());
+  }
+
+  void eachOpenCommandOpensAFurtherWindowAndKeepsItsController() {
+    TestApp app;
+    AppDelegate& delegate = app.context().delegate();
+    struct Kind {
+      MenuCommand command;
+      const WindowControllers& list;
+      const QMetaObject& content;
+    };
+    for (const Kind& kind : {
+             Kind{MenuCommand::help, delegate.myHelpWindow, HelpViewController::staticMetaObject},
+             Kind{MenuCommand::logFields, delegate.myField, FieldViewController::staticMetaObject},
+             Kind{MenuCommand::preferences, delegate.myPrefsWindow,
+                  PrefsViewController::staticMetaObject},
+             Kind{MenuCommand::logCheck, delegate.myCheckLogWindow,
+                  CheckLogViewController::staticMetaObject},
+             Kind{MenuCommand::logarchiveTool, delegate.myArchWindow,
+                  ArchViewController::staticMetaObject},
+         }) {
+      QAction* item = app.context().menu().action(kind.command);
+      item->trigger();
+      item->trigger();
+      QCOMPARE(kind.list.size(), size_t{2});
+      QVERIFY(kind.list[0]->window() != kind.list[1]->window());
+      for (const auto& controller : kind.list) {
+        QVERIFY(controller->window()->isVisible());
+        QCOMPARE(controller->contentViewController()->metaObject(), &kind.content);
+      }
+      // Closing a window keeps its controller.
+      kind.list[0]->window()->close();
+      QCOMPARE(kind.list.size(), size_t{2});
+    }
+  }
+
+  void helpMenuOpensTheProjectsPagesInTheBrowser() {
+    TestApp app;
+    std::vector<QUrl> opened;
+    app.context().delegate().setWebPageOpener([&](const QUrl& url) { opened.push_back(url); });
+    app.context().menu().action(MenuCommand::supportPage)->trigger();
+    app.context().menu().action(MenuCommand::releasesPage)->trigger();
+    QCOMPARE(opened.size(), size_t{2});
+    QCOMPARE(opened[0], QUrl("https://kavor.app/support/"));
+    QCOMPARE(opened[1], QUrl("https://kavor.app/releases/"));
+    QVERIFY(opened[0].isValid() && opened[1].isValid());
   }
 
   void activeMainWindowWritesItsSwitchesIntoTheViewMenu() {
