@@ -7,10 +7,7 @@
 #include <vector>
 
 #include "cli/command.h"
-
-#ifndef KAVOR_VERSION
-#error "KAVOR_VERSION comes from the project version in CMake"
-#endif
+#include "engine/version.h"
 
 using namespace kavor::cli;
 
@@ -28,7 +25,7 @@ int main(int argc, char** argv) {
     return finishOutput(kExitOk);
   }
   if (first == "--version") {
-    writeOut("kavor-cli " KAVOR_VERSION "\n");
+    writeOut("kavor-cli " + std::string(kavor::kKavorVersion) + "\n");
     return finishOutput(kExitOk);
   }
   size_t taken = 0;

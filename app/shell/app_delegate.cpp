@@ -9,6 +9,7 @@
 #include "app/shell/app_context.h"
 #include "app/shell/main_menu.h"
 #include "app/shell/qt_text.h"
+#include "app/shell/update_checker.h"
 #include "app/shell/window_controller.h"
 #include "app/shell/window_registry.h"
 #include "engine/archive/archive_texts.h"
@@ -31,6 +32,7 @@ bool AppDelegate::applicationDidFinishLaunching() {
     showErrorAlert(app_.alerts(), alert.text, nullptr);
   });
   if (checked.quit) return false;
+  scheduleUpdateCheck(app_, this);
   dontShowGraphView = app_.settings().boolValue(kDontShowGraphViewKey);
   app_.reportSettings(okStatus(), nullptr);  // the first read may have set the file aside
   app_.menu().showItem(kWindowsMenuTitle, kOpenChartItem, false);

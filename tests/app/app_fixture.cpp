@@ -10,6 +10,7 @@
 #include "app/query/result_view.h"
 #include "app/query/view_controller.h"
 #include "engine/document/shown_result.h"
+#include "engine/shell/update_texts.h"
 #include "platform/child_process.h"
 #include "tests/platform/process_state.h"
 
@@ -124,9 +125,15 @@ TestApp::TestApp(const fs::path& root, SettingsStore* store) {
 }
 
 void TestApp::start(const fs::path& root, SettingsStore* store) {
+  SettingsStore& used = store ? *store : settings;
+  // Tests never reach the internet: the launch's update check is off, and a test that turns it
+  // on without a server of its own reaches only a closed local port. A store that cannot be
+  // written keeps the values for the run all the same.
+  (void)used.setBool(kNoUpdateCheckKey, true);
+  (void)used.setString(kUpdateFeedAddressKey, "http://127.0.0.1:9/");
   checks = std::make_unique<TestChecks>(root, clock);
-  context_ = std::make_unique<app::AppContext>(app::AppServices{
-      store ? *store : settings, SystemPaths(root), clock, alerts, panels, *checks});
+  context_ = std::make_unique<app::AppContext>(
+      app::AppServices{used, SystemPaths(root), clock, alerts, panels, *checks});
 }
 
 TestApp::~TestApp() {

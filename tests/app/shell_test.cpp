@@ -144,8 +144,9 @@ class ShellTest : public QObject {
     const std::filesystem::path file = "/proc/kavor-app-test-settings.plist";
     FileSettingsStore store(file);
     TestApp app(&store);
+    // The launch writes the update check's keys back: the first write that fails.
     QVERIFY(app.context().delegate().applicationDidFinishLaunching());
-    QVERIFY(app.alerts.shown.empty());
+    QCOMPARE(app.alerts.shown.size(), size_t{1});
     ViewController& view = TestApp::controller(app.newDocument());  // the first start's reset
     QCOMPARE(app.alerts.shown.size(), size_t{1});
     const Alert& alert = app.alerts.shown[0];
