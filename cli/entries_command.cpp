@@ -43,7 +43,7 @@ void appendEntry(std::string& out, const EntryList& list, size_t index, std::str
     return;
   }
   bool first = true;
-  for (int k = 0; k < kEntryKeyCount; ++k) {
+  for (int k = 0; k < kFieldKeyCount; ++k) {
     const auto key = static_cast<EntryKey>(k);
     const FieldValue value = list.value(index, key);
     if (!value.present()) continue;

@@ -44,6 +44,7 @@ ViewController::ViewController(AppContext& app, QWidget* parent)
     box->setCompleter(nullptr);  // completion would change what the user typed
   ui_->resultNotice->hide();
   connectControls();
+  connectResultViews();
 }
 
 // A restyle still running ends at once instead of spending its budget on a closed window.
@@ -153,6 +154,8 @@ void ViewController::showEvent(QShowEvent* event) {
 
 void ViewController::refreshViewMenu() {
   if (!myViewMenu_) return;
+  if (QAction* item = MainMenu::itemTitled(myViewMenu_, kShowAsTableItem))
+    item->setChecked(tableMode_);
   for (const ViewMenuItemState& state : viewMenuStates(settings_)) {
     QAction* item = MainMenu::itemTitled(myViewMenu_, state.title);
     if (!item) continue;
@@ -204,6 +207,7 @@ void ViewController::decFontSize() {
 void ViewController::applyFontSize() {
   shown().fontAll();
   resultView().applyFont(outputFont(settings_.theFontSize));
+  ui_->resultTable->setFont(outputFont(settings_.theFontSize));
   showLineCount();
 }
 

@@ -32,6 +32,7 @@ namespace kavor::app {
 
 class AppContext;
 class AppDocument;
+class EntryTableModel;
 class ResultView;
 
 class ViewController final : public QWidget {
@@ -67,6 +68,11 @@ class ViewController final : public QWidget {
   void cancelRuns();
   // A restyle runs off the main thread and its result is not shown yet.
   bool restyling() const { return restyling_; }
+  bool tableMode() const { return tableMode_; }
+  EntryTableModel& tableModel() const { return *tableModel_; }
+  // The detail pane shows the entry of a shown entry's position, or of a byte of the text.
+  void showEntryDetail(size_t shownIndex);
+  void showDetailAt(size_t textOffset);
   // The time a restyle's filter may spend matching; tests hand in one on their own clock.
   void setFilterBudget(FilterBudget budget) { filterBudget_ = std::move(budget); }
 
@@ -85,6 +91,8 @@ class ViewController final : public QWidget {
   void cmdMakeLog();
   void doSaveDefaults();
   void doConversion();
+  // Shows the results as a table with a column per style item, or as text again.
+  void setTableMode();
   // The three lists to a property-list file, and back from one (replacing or merging).
   void exportPrefs();
   void importPrefs();
@@ -110,6 +118,7 @@ class ViewController final : public QWidget {
  private:
   struct Run;
   void connectControls();
+  void connectResultViews();
   void connectComboBox(QComboBox* box, ComboBoxModel& model, void (ViewController::*action)());
   void showComboBoxes();
   void showComboBox(QComboBox* box, const ComboBoxModel& model);
@@ -155,7 +164,9 @@ class ViewController final : public QWidget {
   uint64_t restyleGeneration_ = 0;
   std::stop_source restyleStop_;
   bool restyling_ = false;
-  ShownResult noResult_;  // shown by a window without a document
+  ShownResult noResult_;
+  EntryTableModel* tableModel_ = nullptr;
+  bool tableMode_ = false;  // shown by a window without a document
 };
 
 }  // namespace kavor::app

@@ -7,6 +7,7 @@
 #include <QMetaObject>
 
 #include "app/document/app_document.h"
+#include "app/query/entry_table_model.h"
 #include "app/query/result_view.h"
 #include "app/query/view_controller.h"
 #include "app/shell/app_context.h"
@@ -194,10 +195,14 @@ void ViewController::applyStyled(StyledEntries styled) {
 
 void ViewController::applyShown(ShownResult result, const StyledEntries& counts) {
   ShownResult& target = shown();
-  // The view lets go of the old text before it is freed.
+  // The views let go of the old result before it is freed.
   resultView().setResult(nullptr);
+  tableModel_->setResult(nullptr, nullptr);
+  ui_->entryDetail->clear();
   target = std::move(result);
   resultView().setResult(&target);
+  if (const AppDocument* owner = document())
+    tableModel_->setResult(owner->record().theJSONDictionaries, &target);
   if (counts.entryCount) ui_->entryCount->setText(qstring(*counts.entryCount));
   showLineCount();
   showNotice(counts.notice);

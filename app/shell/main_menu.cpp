@@ -72,6 +72,7 @@ std::vector<MenuLayout> menuLayouts() {
            {C::biggerFont, "Bigger", {K::ZoomIn, K("Ctrl+=")}, false, QAction::NoRole, true},
            {C::smallerFont, "Smaller", {K::ZoomOut}},
            {C::convertToCsv, "Convert to CSV", {K("Ctrl+Shift+C")}, false, QAction::NoRole, true},
+           {C::showAsTable, kShowAsTableItem, {K("Ctrl+T")}, true},
        }},
       {kWindowsMenuTitle,
        {

@@ -42,6 +42,7 @@ enum class MenuCommand {
   biggerFont,
   smallerFont,
   convertToCsv,
+  showAsTable,
   openChart,
   logarchiveTool,
   logCheck,

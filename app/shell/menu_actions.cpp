@@ -127,6 +127,7 @@ void connectMenuActions(AppContext& app) {
   forViewController(app, C::biggerFont, &ViewController::incFontSize);
   forViewController(app, C::smallerFont, &ViewController::decFontSize);
   forViewController(app, C::convertToCsv, &ViewController::doConversion);
+  forViewController(app, C::showAsTable, &ViewController::setTableMode);
   forViewController(app, C::exportPrefs, &ViewController::exportPrefs);
   forViewController(app, C::importPrefs, &ViewController::importPrefs);
 }

@@ -88,7 +88,7 @@ void EntryChunkParser::store(EntryListBuilder& out) const {
     }
     out.beginRecord();
     for (dom::key_value_pair field : object) {
-      // Keys no feature reads ("bootUUID", "backtrace"...) are dropped.
+      // Keys no feature reads are dropped.
       if (const std::optional<EntryKey> key = entryKeyFromName(field.key)) {
         storeValue(field.value, *key, out);
       }

@@ -15,8 +15,8 @@ constexpr size_t kShortest = 6;  // "source"
 constexpr size_t kLongest = 24;  // "parentActivityIdentifier"
 
 constexpr size_t slotOf(std::string_view name) {
-  return (name.size() + static_cast<unsigned char>(name[0]) +
-          20u * static_cast<unsigned char>(name[name.size() - 2])) &
+  return (name.size() + 24u * static_cast<unsigned char>(name[0]) +
+          15u * static_cast<unsigned char>(name[name.size() - 2])) &
          (kSlots - 1);
 }
 

@@ -35,9 +35,15 @@ enum class EntryKey : uint8_t {
   signpostScope,
   formatString,
   source,
+  // Kept for the entry's details only.
+  backtrace,
+  bootUUID,
+  userID,
 };
 
-inline constexpr int kEntryKeyCount = 26;
+inline constexpr int kEntryKeyCount = 29;
+// The keys before backtrace are the fields: numbered in the style language and CSV columns.
+inline constexpr int kFieldKeyCount = static_cast<int>(EntryKey::backtrace);
 
 // The JSON key the log tool prints for each EntryKey, in EntryKey order.
 inline constexpr std::array<std::string_view, kEntryKeyCount> kEntryKeyNames = {
@@ -67,6 +73,9 @@ inline constexpr std::array<std::string_view, kEntryKeyCount> kEntryKeyNames = {
     "signpostScope",
     "formatString",
     "source",
+    "backtrace",
+    "bootUUID",
+    "userID",
 };
 
 constexpr std::string_view entryKeyName(EntryKey key) {

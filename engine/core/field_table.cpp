@@ -30,16 +30,16 @@ constexpr FieldKind kindOf(EntryKey key) {
   }
 }
 
-constexpr std::array<Field, kEntryKeyCount> makeFullTable() {
-  std::array<Field, kEntryKeyCount> t{};
-  for (int i = 0; i < kEntryKeyCount; ++i) {
+constexpr std::array<Field, kFieldKeyCount> makeFullTable() {
+  std::array<Field, kFieldKeyCount> t{};
+  for (int i = 0; i < kFieldKeyCount; ++i) {
     const auto key = static_cast<EntryKey>(i);
     t[i] = Field{key, kindOf(key)};
   }
   return t;
 }
 
-constexpr int kFieldsFrom14 = kEntryKeyCount;
+constexpr int kFieldsFrom14 = kFieldKeyCount;
 constexpr int kFieldsOf13 = 22;
 constexpr int kFieldsBefore13 = 16;
 

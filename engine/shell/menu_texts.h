@@ -43,6 +43,8 @@ inline constexpr std::string_view kShowActivitiesItem = "Show Activities";
 inline constexpr std::string_view kFetchInfoItem = "Get info messages";
 inline constexpr std::string_view kFetchSignpostsItem = "Get Signposts";
 inline constexpr std::string_view kFetchDebugItem = "Get Debug";
+// Not one of the switches: each window shows its results as text or as a table.
+inline constexpr std::string_view kShowAsTableItem = "Show as Table";
 
 // Identifiers of window controllers in the interface definition.
 inline constexpr std::string_view kDocumentWindowControllerId = "Document Window Controller";

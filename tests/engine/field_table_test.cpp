@@ -14,8 +14,8 @@ TEST(EntryKeyFromName, FindsEveryKeptKeyAndNoOther) {
     EXPECT_EQ(entryKeyFromName(entryKeyName(key)), key) << entryKeyName(key);
   }
   for (std::string_view name :
-       {"", "s", "bootUUID", "userID", "backtrace", "Timestamp", "timestamp ", "timestam",
-        "signpostNamf", "sourcesourcesourcesourcesource", "processImagePatH"}) {
+       {"", "s", "userId", "backTrace", "Timestamp", "timestamp ", "timestam", "signpostNamf",
+        "sourcesourcesourcesourcesource", "processImagePatH"}) {
     EXPECT_FALSE(entryKeyFromName(name).has_value()) << name;
   }
   // Same length and hash inputs as a kept key, other bytes in between.

@@ -1,0 +1,58 @@
+// The main window's two ways of showing the results, text and table, and the detail pane that
+// shows one entry whole from either.
+
+#include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QTableView>
+
+#include "app/document/app_document.h"
+#include "app/query/entry_detail_view.h"
+#include "app/query/entry_table_model.h"
+#include "app/query/result_view.h"
+#include "app/query/view_controller.h"
+#include "ui_document_window.h"
+
+namespace kavor::app {
+
+void ViewController::connectResultViews() {
+  tableModel_ = new EntryTableModel(this);
+  QTableView* table = ui_->resultTable;
+  table->setModel(tableModel_);
+  table->setSelectionBehavior(QAbstractItemView::SelectRows);
+  table->setSelectionMode(QAbstractItemView::SingleSelection);
+  table->setWordWrap(false);
+  table->setShowGrid(false);
+  // Fixed row heights keep a million rows as quick as a hundred.
+  table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().lineSpacing() + 4);
+  table->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
+  table->horizontalHeader()->setStretchLastSection(true);
+  connect(table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+          [this](const QModelIndex& current) {
+            if (current.isValid()) showEntryDetail(static_cast<size_t>(current.row()));
+          });
+  connect(ui_->theResText, &ResultView::lineActivated, this, &ViewController::showDetailAt);
+}
+
+void ViewController::setTableMode() {
+  tableMode_ = !tableMode_;
+  ui_->resultStack->setCurrentWidget(tableMode_ ? static_cast<QWidget*>(ui_->resultTable)
+                                                : ui_->theResText);
+  ui_->resultStack->currentWidget()->setFocus();
+  refreshViewMenu();
+}
+
+void ViewController::showEntryDetail(size_t shownIndex) {
+  const AppDocument* owner = document();
+  const ShownResult& result = shown();
+  if (!owner || shownIndex >= result.shown().size()) return;
+  const size_t entry = result.shown()[shownIndex].entry;
+  ui_->entryDetail->showEntry(*owner->record().theJSONDictionaries, entry,
+                              tr("Entry %1 of %2").arg(shownIndex + 1).arg(result.shown().size()));
+}
+
+void ViewController::showDetailAt(size_t textOffset) {
+  if (const auto shownIndex = shown().shownAt(textOffset)) showEntryDetail(*shownIndex);
+}
+
+}  // namespace kavor::app
