@@ -5,12 +5,12 @@
 #include <optional>
 
 #include "bench/window/case_report.h"
-#include "bench/window/process_memory.h"
 #include "engine/core/entry_decoder.h"
 #include "engine/query/entry_styler.h"
 #include "engine/query/log_runner.h"
 #include "platform/child_process.h"
 #include "platform/memory_block.h"
+#include "platform/process_memory.h"
 #include "tests/platform/temp_folder.h"
 
 namespace kavor::bench {

@@ -20,10 +20,10 @@
 #include "app/shell/app_delegate.h"
 #include "app/shell/file_panels.h"
 #include "bench/window/case_report.h"
-#include "bench/window/process_memory.h"
 #include "engine/query/named_lists.h"
 #include "engine/shell/machine_check_system.h"
 #include "platform/clock.h"
+#include "platform/process_memory.h"
 #include "platform/settings_store.h"
 #include "ui_document_window.h"
 

@@ -1,9 +1,14 @@
-#include "bench/window/process_memory.h"
+#include "platform/process_memory.h"
 
 #include <cstdio>
-#include <cstring>
 
-namespace kavor::bench {
+#if defined(__GLIBC__)
+#include <malloc.h>
+#elif defined(__APPLE__)
+#include <malloc/malloc.h>
+#endif
+
+namespace kavor {
 
 ResidentMemory residentMemory() {
   ResidentMemory memory;
@@ -19,4 +24,12 @@ ResidentMemory residentMemory() {
   return memory;
 }
 
-}  // namespace kavor::bench
+void releaseFreeMemory() {
+#if defined(__GLIBC__)
+  malloc_trim(0);
+#elif defined(__APPLE__)
+  malloc_zone_pressure_relief(nullptr, 0);
+#endif
+}
+
+}  // namespace kavor
