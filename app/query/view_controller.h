@@ -130,6 +130,9 @@ class ViewController final : public QWidget {
   void applyStyled(const StyledEntries& styled);
   void showNotice(const std::optional<std::string>& notice);
   void showLineCount();
+  // Once the event in hand is done, gives the memory freed by a replaced result (its entries,
+  // text, view and chart data, wherever their threads freed them) back to the system.
+  void releaseReplacedMemory();
   void completeLogShow(LogShowOutput&& output, const std::shared_ptr<const Run>& run);
 
   AppContext& app_;
@@ -150,6 +153,7 @@ class ViewController final : public QWidget {
   uint64_t restyleGeneration_ = 0;
   std::stop_source restyleStop_;
   bool restyling_ = false;
+  bool releaseQueued_ = false;
 };
 
 }  // namespace kavor::app

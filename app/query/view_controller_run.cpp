@@ -15,6 +15,7 @@
 #include "app/shell/qt_text.h"
 #include "engine/query/csv_conversion.h"
 #include "engine/query/named_lists.h"
+#include "platform/process_memory.h"
 #include "ui_document_window.h"
 
 namespace kavor::app {
@@ -113,7 +114,12 @@ void ViewController::completeLogShow(LogShowOutput&& output,
     else
       showStyled(done.styled);
   }
-  if (done.queueChart) owner->computeChartData();
+  if (done.queueChart) {
+    // The old chart data goes when the new is in place.
+    connect(owner, &AppDocument::chartDataReady, this, &ViewController::releaseReplacedMemory,
+            Qt::UniqueConnection);
+    owner->computeChartData();
+  }
   if (!restyling_) stopSpinner();  // else the restyle stops it when its result is shown
   emit logShowCompleted();
 }
@@ -189,6 +195,7 @@ void ViewController::applyStyled(const StyledEntries& styled) {
   if (styled.entryCount) ui_->entryCount->setText(qstring(*styled.entryCount));
   showLineCount();
   showNotice(styled.notice);
+  releaseReplacedMemory();
 }
 
 void ViewController::showNotice(const std::optional<std::string>& notice) {
@@ -235,6 +242,19 @@ void ViewController::doConversion() {
   resultView().setStyledText({std::move(*csv), {}});
   showLineCount();
   showNotice(std::nullopt);
+  releaseReplacedMemory();
+}
+
+void ViewController::releaseReplacedMemory() {
+  if (releaseQueued_) return;
+  releaseQueued_ = true;
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        releaseQueued_ = false;
+        releaseFreeMemory();
+      },
+      Qt::QueuedConnection);
 }
 
 void ViewController::startSpinner() {
