@@ -144,6 +144,9 @@ class ViewController final : public QWidget {
   void applyShown(ShownResult result, const StyledEntries& counts);
   void showNotice(const std::optional<std::string>& notice);
   void showLineCount();
+  // Once the event in hand is done, gives the memory freed by a replaced result (its entries,
+  // text, view and chart data, wherever their threads freed them) back to the system.
+  void releaseReplacedMemory();
   void completeLogShow(LogShowOutput&& output, const std::shared_ptr<const Run>& run);
 
   AppContext& app_;
@@ -164,9 +167,10 @@ class ViewController final : public QWidget {
   uint64_t restyleGeneration_ = 0;
   std::stop_source restyleStop_;
   bool restyling_ = false;
-  ShownResult noResult_;
+  bool releaseQueued_ = false;
+  ShownResult noResult_;  // shown by a window without a document
   EntryTableModel* tableModel_ = nullptr;
-  bool tableMode_ = false;  // shown by a window without a document
+  bool tableMode_ = false;
 };
 
 }  // namespace kavor::app

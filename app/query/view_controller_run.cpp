@@ -16,6 +16,7 @@
 #include "app/shell/qt_text.h"
 #include "engine/query/csv_conversion.h"
 #include "engine/query/named_lists.h"
+#include "platform/process_memory.h"
 #include "ui_document_window.h"
 
 namespace kavor::app {
@@ -114,7 +115,12 @@ void ViewController::completeLogShow(LogShowOutput&& output,
     else
       showStyled(std::move(done.styled));
   }
-  if (done.queueChart) owner->computeChartData();
+  if (done.queueChart) {
+    // The old chart data goes when the new is in place.
+    connect(owner, &AppDocument::chartDataReady, this, &ViewController::releaseReplacedMemory,
+            Qt::UniqueConnection);
+    owner->computeChartData();
+  }
   if (!restyling_) stopSpinner();  // else the restyle stops it when its result is shown
   emit logShowCompleted();
 }
@@ -206,6 +212,7 @@ void ViewController::applyShown(ShownResult result, const StyledEntries& counts)
   if (counts.entryCount) ui_->entryCount->setText(qstring(*counts.entryCount));
   showLineCount();
   showNotice(counts.notice);
+  releaseReplacedMemory();
 }
 
 void ViewController::showNotice(const std::optional<std::string>& notice) {
@@ -250,6 +257,18 @@ void ViewController::doConversion() {
   if (!csv) return;
   supersedeRestyles();
   applyShown(ShownResult({std::move(*csv), {}}), StyledEntries{});
+}
+
+void ViewController::releaseReplacedMemory() {
+  if (releaseQueued_) return;
+  releaseQueued_ = true;
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        releaseQueued_ = false;
+        releaseFreeMemory();
+      },
+      Qt::QueuedConnection);
 }
 
 void ViewController::startSpinner() {

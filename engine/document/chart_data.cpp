@@ -187,9 +187,11 @@ bool indexSubsystems(Document& document, ChartEntries&& entries, std::string_vie
     rank[order[k]] = static_cast<int64_t>(k);
     document.popSSystTypes.push_back(types[order[k]]);
   }
-  document.logSSystIndexes.resize(document.logSubsys.size());
-  for (size_t i = 0; i < document.logSubsys.size(); ++i)
-    document.logSSystIndexes[i] = rank[document.logSubsys[i]];
+  // A new array rather than the old one resized: a larger fetch's room would stay otherwise.
+  std::vector<int64_t> indexes(document.logSubsys.size());
+  for (size_t i = 0; i < indexes.size(); ++i)
+    indexes[i] = rank[document.logSubsys[i]];
+  document.logSSystIndexes = std::move(indexes);
 
   binChartData(document, 0, timeZone);
   return true;

@@ -120,6 +120,20 @@ TEST(ChartData, LaterCollectionWins) {
   EXPECT_EQ(doc.logTimes.size(), 2u);
 }
 
+// The per-entry arrays of a large fetch go with it: a smaller one after it keeps only its own room.
+TEST(ChartData, LaterSmallerCollectionKeepsNoRoomOfTheLarger) {
+  ChartDocument chart;
+  std::string many = "[{}";
+  for (int i = 1; i < 4096; ++i)
+    many += ",{}";
+  ASSERT_TRUE(chart.collect(many + "]"));
+  ASSERT_TRUE(chart.collect(R"([{"subsystem" : "small"}, {}])"));
+  const Document& doc = chart.doc;
+  EXPECT_LE(doc.logTimes.capacity(), 2u);
+  EXPECT_LE(doc.logSubsys.capacity(), 2u);
+  EXPECT_LE(doc.logSSystIndexes.capacity(), 2u);
+}
+
 // Entries at given times, each with the subsystem "a" or "b" by turns.
 void setEntries(Document& doc, const std::vector<double>& times) {
   doc.logTimes = times;
