@@ -72,7 +72,8 @@ std::string AppDocument::displayName() const {
 Expected<std::string> AppDocument::dataOfType(std::string_view typeName) {
   ViewController* controller = viewController();
   if (!controller) return documentError();
-  const std::string trailer = saveTrailer(controller->theNowStr(), controller->theFullCmdStr());
+  const std::string trailer =
+      saveTrailer(controller->theNowStr(), controller->theFullCmdStr(), record_.sourceFile);
   ResultView& view = controller->resultView();
   if (typeName == kPlainTextType) return view.styledText().text + trailer;
   // The trailer becomes part of the view, so each further styled save carries one more.

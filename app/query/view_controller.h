@@ -16,6 +16,7 @@
 #include "engine/core/date_format.h"
 #include "engine/query/entry_styler.h"
 #include "engine/query/log_fetch.h"
+#include "engine/query/log_file.h"
 #include "engine/query/log_query.h"
 #include "engine/query/log_runner.h"
 #include "engine/query/main_settings.h"
@@ -62,6 +63,8 @@ class ViewController final : public QWidget {
   size_t runsInFlight() const { return fetch_ ? fetch_->runsInFlight() : 0; }
   // Ends the runs of the log tool still going; their results are never shown.
   void cancelRuns();
+  // A saved JSON log, read for this window's new document, shown as a fetch's result.
+  void showOpenedLog(OpenedLogFile&& opened);
   // A restyle runs off the main thread and its result is not shown yet.
   bool restyling() const { return restyling_; }
   // The time a restyle's filter may spend matching; tests hand in one on their own clock.
@@ -129,8 +132,13 @@ class ViewController final : public QWidget {
   void showStyled(const StyledEntries& styled);
   void applyStyled(const StyledEntries& styled);
   void showNotice(const std::optional<std::string>& notice);
+  void setUpNotices();
+  // The entry limit's notice above the result, or none.
+  void showLimitNotice(const std::optional<std::string>& notice);
   void showLineCount();
   void completeLogShow(LogShowOutput&& output, const std::shared_ptr<const Run>& run);
+  // What a fetch's or an opened file's completion says to show.
+  void showCompletion(const LogShowCompletion& done, AppDocument& owner);
 
   AppContext& app_;
   std::unique_ptr<Ui::DocumentWindow> ui_;

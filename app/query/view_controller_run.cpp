@@ -105,6 +105,11 @@ void ViewController::completeLogShow(LogShowOutput&& output,
     emit logShowCompleted();
     return;
   }
+  showCompletion(done, *owner);
+  emit logShowCompleted();
+}
+
+void ViewController::showCompletion(const LogShowCompletion& done, AppDocument& owner) {
   theNowStr_ = done.theNowStr;
   if (done.redraw) {
     window()->setWindowTitle(qstring(done.displayName));
@@ -113,9 +118,8 @@ void ViewController::completeLogShow(LogShowOutput&& output,
     else
       showStyled(done.styled);
   }
-  if (done.queueChart) owner->computeChartData();
+  if (done.queueChart) owner.computeChartData();
   if (!restyling_) stopSpinner();  // else the restyle stops it when its result is shown
-  emit logShowCompleted();
 }
 
 StylerInput ViewController::stylerInput(std::string& styleText) const {
@@ -189,6 +193,7 @@ void ViewController::applyStyled(const StyledEntries& styled) {
   if (styled.entryCount) ui_->entryCount->setText(qstring(*styled.entryCount));
   showLineCount();
   showNotice(styled.notice);
+  showLimitNotice(styled.limitNotice);
 }
 
 void ViewController::showNotice(const std::optional<std::string>& notice) {
@@ -235,6 +240,7 @@ void ViewController::doConversion() {
   resultView().setStyledText({std::move(*csv), {}});
   showLineCount();
   showNotice(std::nullopt);
+  showLimitNotice(std::nullopt);
 }
 
 void ViewController::startSpinner() {
