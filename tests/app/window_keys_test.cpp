@@ -1,7 +1,8 @@
 // The main window for daily use: its keys and mnemonics, the notice when the entry limit cut
-// the entries, and what an empty window suggests.
+// the entries, the desktop's dark scheme, and what an empty window suggests.
 
 #include <QAction>
+#include <QApplication>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
@@ -13,6 +14,7 @@
 #include "app/document/app_document.h"
 #include "app/query/result_view.h"
 #include "app/query/view_controller.h"
+#include "app/shell/colour_scheme.h"
 #include "app/shell/main_menu.h"
 #include "app/shell/window_controller.h"
 #include "engine/query/limit_notice.h"
@@ -136,6 +138,22 @@ class WindowKeysTest : public QObject {
     QVERIFY(QTest::qWaitFor([&] { return !view.ui().limitNoticeBar->isHidden(); }, 20000));
     view.doConversion();
     QVERIFY(view.ui().limitNoticeBar->isHidden());
+  }
+
+  void theResultFollowsTheDesktopsDarkScheme() {
+    TestApp app;
+    const ViewController& view = TestApp::controller(app.newDocument());
+    QVERIFY(!prefersDarkColours(view.resultView().palette()));
+    const QPalette light = QApplication::palette();
+    QPalette dark = light;
+    dark.setColor(QPalette::Base, QColor(35, 38, 41));
+    dark.setColor(QPalette::Text, QColor(239, 240, 241));
+    QApplication::setPalette(dark);
+    TestApp::settle();
+    const bool followed = prefersDarkColours(view.resultView().palette());
+    QApplication::setPalette(light);
+    TestApp::settle();
+    QVERIFY(followed);
   }
 
   void anEmptyWindowSaysWhatToDoOverItsResult() {
