@@ -37,6 +37,14 @@ QList<QKeySequence> saveAsKeys() {
   return keys;
 }
 
+// Ctrl+R, which the menu shows, and the platform's Refresh key where that is another.
+QList<QKeySequence> getLogKeys() {
+  QList<QKeySequence> keys{QKeySequence(QStringLiteral("Ctrl+R"))};
+  for (const QKeySequence& key : QKeySequence::keyBindings(QKeySequence::Refresh))
+    if (!keys.contains(key)) keys.append(key);
+  return keys;
+}
+
 // The title as a menu shows it: "&" before the mnemonic, any "&" of the title doubled.
 QString withMnemonic(std::string_view title, char mnemonic) {
   QString text = qstring(title).replace(u'&', QStringLiteral("&&"));
@@ -96,7 +104,7 @@ std::vector<MenuLayout> menuLayouts() {
       {kViewMenuTitle,
        'V',
        {
-           {C::getLog, "Get Log", 'G', {K::Refresh, K("Ctrl+R")}},
+           {C::getLog, "Get Log", 'G', getLogKeys()},
            {C::limitEntries, kLimitEntriesItem, 'L', {}, true, QAction::NoRole, true},
            {C::showLogEntries, kShowLogEntriesItem, 'e', {}, true},
            {C::showSignposts, kShowSignpostsItem, 'S', {}, true},
