@@ -115,7 +115,6 @@ class OpenJsonLogTest : public QObject {
     const std::vector<std::pair<std::string, std::string>> bad = {
         {"cut.json", whole.substr(0, whole.size() - 3)},
         {"object.json", R"({"eventMessage" : "a"})"},
-        {"latin1.json", "[{\"eventMessage\" : \"caf\xE9\"}]"},
     };
     for (const auto& [name, bytes] : bad) {
       writeFile(folder / name, bytes);
@@ -126,8 +125,7 @@ class OpenJsonLogTest : public QObject {
     QCOMPARE(app.alerts.shown.size(), bad.size());
     const std::vector<std::string> reasons = {
         "the output was cut short after byte " + std::to_string(whole.size() - 3),
-        "the output is not a JSON array at byte 1",
-        "The input is not valid UTF-8 in bytes 2 to 27"};
+        "the output is not a JSON array at byte 1"};
     for (size_t i = 0; i < bad.size(); ++i) {
       const Alert& alert = app.alerts.shown[i];
       QCOMPARE(alert.message, "The document \u201C" + bad[i].first + "\u201D could not be opened.");
