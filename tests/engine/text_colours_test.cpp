@@ -10,20 +10,14 @@ namespace {
 constexpr TextColour kAll[] = {TextColour::text, TextColour::red, TextColour::green,
                                TextColour::blue};
 
-// How far a colour's own channel leads the other two.
+// How far a colour's own channel leads the other two; the text colour has none.
 int lead(TextColour colour, bool dark) {
   const Rgb c = colourValue(colour, dark);
-  switch (colour) {
-    case TextColour::red:
-      return c.red - std::max(c.green, c.blue);
-    case TextColour::green:
-      return c.green - std::max(c.red, c.blue);
-    case TextColour::blue:
-      return c.blue - std::max(c.red, c.green);
-    case TextColour::text:
-      break;
-  }
-  return 255;
+  const int own[] = {255, c.red, c.green, c.blue};
+  const int rest[] = {0, std::max(c.green, c.blue), std::max(c.red, c.blue),
+                      std::max(c.red, c.green)};
+  const auto i = static_cast<size_t>(colour);
+  return own[i] - rest[i];
 }
 
 TEST(TextColours, EachReadsOnItsBackgroundAndStaysClearlyItsColour) {
