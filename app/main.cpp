@@ -1,7 +1,10 @@
 // Kavor, the window application: a browser for the system's unified log.
 
 #include <QApplication>
+#include <QFile>
 #include <QMessageBox>
+#include <filesystem>
+#include <vector>
 
 #include "app/document/document_controller.h"
 #include "app/shell/alerts.h"
@@ -37,6 +40,11 @@ int main(int argc, char* argv[]) {
   kavor::app::AppContext app({settings, paths, clock, alerts, panels, checks});
   // A user who is no administrator cannot read the log: the checks have said so.
   if (!app.delegate().applicationDidFinishLaunching()) return 0;
-  app.documents().newDocument();
+  // Saved JSON logs named on the command line, as a file manager starts the application; else
+  // an empty window.
+  std::vector<std::filesystem::path> files;
+  for (const QString& argument : QApplication::arguments().mid(1))
+    files.emplace_back(QFile::encodeName(argument).toStdString());
+  app.documents().openAtLaunch(files);
   return QApplication::exec();
 }

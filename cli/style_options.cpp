@@ -116,6 +116,7 @@ void writeStyledEntries(const StyleChoice& choice, const StyledEntries& styled) 
   if (choice.counts && styled.entryCount) std::fprintf(stderr, "%s\n", styled.entryCount->c_str());
   // The output is partial: say so where a script or a person will see it.
   if (styled.notice) std::fprintf(stderr, "%s\n", styled.notice->c_str());
+  if (styled.limitNotice) std::fprintf(stderr, "%s\n", styled.limitNotice->c_str());
 }
 
 int printStyled(const StyleChoice& choice, int osVersion, const EntryList& entries) {

@@ -29,7 +29,8 @@ std::optional<StyleChoice> styleChoiceFrom(const Arguments& args, int& exitStatu
 // problem reported, for an unknown style name.
 std::optional<StylerInput> stylerInputFor(const StyleChoice& choice, int osVersion,
                                           std::string& styleText, int& exitStatus);
-// The styled log on standard output, and the entry count label on standard error when asked.
+// The styled log on standard output; on standard error the entry count label when asked, and
+// the notices of a partial log.
 void writeStyledEntries(const StyleChoice& choice, const StyledEntries& styled);
 
 // Both for entries at hand; the exit status.

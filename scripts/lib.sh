@@ -7,7 +7,8 @@ KAVOR_PACKAGES=(
   build-essential cmake ninja-build pkg-config git
   libsimdjson-dev libplist-dev libicu-dev uuid-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  qt6-base-dev qt6-base-dev-tools qt6-qpa-plugins qt6-pdf-dev libgl-dev fonts-dejavu-core
+  qt6-base-dev qt6-base-dev-tools qt6-qpa-plugins qt6-pdf-dev libgl-dev
+  fonts-dejavu-core fonts-noto-color-emoji
   clang-format
 )
 

@@ -72,7 +72,8 @@ std::string AppDocument::displayName() const {
 Expected<std::string> AppDocument::dataOfType(std::string_view typeName) {
   ViewController* controller = viewController();
   if (!controller) return documentError();
-  const std::string trailer = saveTrailer(controller->theNowStr(), controller->theFullCmdStr());
+  const std::string trailer =
+      saveTrailer(controller->theNowStr(), controller->theFullCmdStr(), record_.sourceFile);
   ShownResult& shown = record_.shown;
   if (typeName == kPlainTextType) return shown.text() + trailer;
   // The trailer becomes part of what is shown, so each further styled save carries one more.

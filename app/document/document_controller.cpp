@@ -4,17 +4,23 @@
 #include <QWidget>
 
 #include "app/document/app_document.h"
+#include "app/query/view_controller.h"
 #include "app/shell/alerts.h"
 #include "app/shell/app_context.h"
 #include "app/shell/file_panels.h"
 #include "app/shell/window_controller.h"
 #include "engine/document/document_errors.h"
+#include "engine/query/log_file.h"
+#include "engine/shell/menu_texts.h"
+#include "platform/operation_queue.h"
 
 namespace kavor::app {
 
 DocumentController::DocumentController(AppContext& app) : app_(app) {}
 
 DocumentController::~DocumentController() {
+  stopOpens_.request_stop();
+  openQueue_.reset();
   for (const QPointer<AppDocument>& document : closed_)
     delete document.data();
 }
@@ -40,6 +46,50 @@ void DocumentController::openDocument() {
   Alert alert{Alert::Style::warning, openFailureMessage(path->filename().string()),
               read.error().message()};
   app_.alerts().runModal(alert, parent);
+}
+
+void DocumentController::chooseJsonLog() {
+  OpenPanelRequest request;
+  request.title = std::string(kOpenJsonLogItem);
+  request.allowedExtensions = {"json"};
+  if (const auto path = app_.panels().runOpenPanel(request, QApplication::activeWindow()))
+    openJsonLog(*path);
+}
+
+void DocumentController::openJsonLog(const std::filesystem::path& path) {
+  if (!openQueue_) openQueue_ = std::make_unique<OperationQueue>(1);
+  ++opensInFlight_;
+  openQueue_->addOperation([self = QPointer(this), &mainThread = app_.mainThread(), path,
+                            stop = stopOpens_.get_token()] {
+    // On the open queue: reads the file and nothing else.
+    auto opened = std::make_shared<OpenedLogFile>(readLogFile(path, stop));
+    mainThread.post([self, opened] {
+      if (self) self->finishJsonLog(std::move(*opened));
+    });
+  });
+}
+
+void DocumentController::openAtLaunch(const std::vector<std::filesystem::path>& files) {
+  windowIfNoneOpens_ = true;
+  for (const auto& file : files)
+    openJsonLog(file);
+  if (files.empty()) newDocument();
+}
+
+void DocumentController::finishJsonLog(OpenedLogFile&& opened) {
+  --opensInFlight_;
+  if (opened.entries) {
+    newDocument()->viewController()->showOpenedLog(std::move(opened));
+  } else {
+    Alert alert{Alert::Style::warning, openFailureMessage(opened.path.filename().string()),
+                opened.entries.error().message()};
+    app_.alerts().runModal(alert, QApplication::activeWindow());
+  }
+  if (windowIfNoneOpens_ && opensInFlight_ == 0) {
+    windowIfNoneOpens_ = false;
+    if (documents_.empty()) newDocument();
+  }
+  emit jsonLogOpenEnded();
 }
 
 AppDocument* DocumentController::frontDocument() const {

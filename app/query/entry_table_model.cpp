@@ -43,7 +43,7 @@ QVariant EntryTableModel::data(const QModelIndex& index, int role) const {
       return qstring(columnText(*entries_, entryOf(index.row()), column, chars_, scratch_));
     case Qt::ForegroundRole: {
       if (column.colour == TextColour::text) return {};
-      const Rgb rgb = colourValue(column.colour);
+      const Rgb rgb = colourValue(column.colour, dark_);
       return QColor(rgb.red, rgb.green, rgb.blue);
     }
     default:

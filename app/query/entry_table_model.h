@@ -28,6 +28,8 @@ class EntryTableModel final : public QAbstractTableModel {
   void setResult(std::shared_ptr<const EntryList> entries, const ShownResult* result);
   // The row's position in the entries.
   size_t entryOf(int row) const;
+  // The colours for a dark background, or for a light one.
+  void setDarkColours(bool dark) { dark_ = dark; }
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
@@ -37,6 +39,7 @@ class EntryTableModel final : public QAbstractTableModel {
  private:
   std::shared_ptr<const EntryList> entries_;
   const ShownResult* result_ = nullptr;
+  bool dark_ = false;
   // Cells are styled on the main thread as they are painted.
   mutable UserCharacters chars_;
   mutable std::string scratch_;

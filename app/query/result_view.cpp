@@ -10,6 +10,7 @@
 #include <QTextLayout>
 #include <algorithm>
 
+#include "app/shell/colour_scheme.h"
 #include "engine/core/text_colours.h"
 #include "engine/document/shown_result.h"
 
@@ -47,8 +48,8 @@ size_t bytesOfUnits(std::string_view text, int units) {
   return at;
 }
 
-QColor qcolour(TextColour colour) {
-  const Rgb rgb = colourValue(colour);
+QColor qcolour(TextColour colour, bool dark) {
+  const Rgb rgb = colourValue(colour, dark);
   return {rgb.red, rgb.green, rgb.blue};
 }
 
@@ -143,9 +144,10 @@ void ResultView::layoutLine(QTextLayout& layout, size_t line) const {
     const int start = unitsOf(text.substr(0, from - begin));
     formats.append({start, unitsOf(text.substr(from - begin, to - from)), format});
   };
+  const bool dark = prefersDarkColours(palette());
   for (const ColourRun& run : result_->runsIn(begin, end)) {
     QTextCharFormat format;
-    format.setForeground(qcolour(run.colour));
+    format.setForeground(qcolour(run.colour, dark));
     add(run.begin, run.begin + run.length, format);
   }
   if (result_->fontedLength() < end) {
@@ -176,9 +178,21 @@ void ResultView::layoutLine(QTextLayout& layout, size_t line) const {
   layout.endLayout();
 }
 
+void ResultView::setPlaceholderText(const QString& text) {
+  placeholder_ = text;
+  viewport()->update();
+}
+
 void ResultView::paintEvent(QPaintEvent*) {
-  if (!result_) return;
   QPainter painter(viewport());
+  if (!result_ || result_->text().empty()) {
+    QColor colour = palette().color(QPalette::Text);
+    colour.setAlpha(128);
+    painter.setPen(colour);
+    painter.drawText(viewport()->rect().adjusted(kMargin, kMargin, -kMargin, -kMargin),
+                     Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap, placeholder_);
+    return;
+  }
   painter.setPen(palette().color(QPalette::Text));
   const int height = lineHeight();
   const size_t first = firstVisibleLine();

@@ -5,6 +5,7 @@
 
 #include <QAbstractScrollArea>
 #include <QFont>
+#include <QString>
 #include <cstddef>
 #include <utility>
 #include <vector>
@@ -38,6 +39,9 @@ class ResultView final : public QAbstractScrollArea {
   // The font of the text the result counts as fonted; the rest keeps the application's.
   void applyFont(const QFont& font);
   RtfFont rtfFont() const;
+  // Shown, greyed, while there is no text.
+  void setPlaceholderText(const QString& text);
+  const QString& placeholderText() const { return placeholder_; }
 
   Range selection() const;
   // Selects the range and scrolls its start into view.
@@ -80,6 +84,7 @@ class ResultView final : public QAbstractScrollArea {
   std::vector<Range> highlights_;
   size_t currentHighlight_ = 0;
   int widestSeen_ = 0;
+  QString placeholder_;
 };
 
 }  // namespace kavor::app

@@ -43,6 +43,7 @@ ViewController::ViewController(AppContext& app, QWidget* parent)
   for (QComboBox* box : {ui_->comboPredicate, ui_->comboFilter, ui_->comboStyle})
     box->setCompleter(nullptr);  // completion would change what the user typed
   ui_->resultNotice->hide();
+  setUpNotices();
   connectControls();
   connectResultViews();
 }
@@ -69,6 +70,7 @@ AppDocument* ViewController::document() const {
 void ViewController::connectControls() {
   connect(ui_->periodStep, &PeriodStepper::stepped, this, &ViewController::stepSetPeriod);
   connect(ui_->textTimePeriod, &QLineEdit::editingFinished, this, &ViewController::textSetPeriod);
+  connect(ui_->textTimePeriod, &QLineEdit::returnPressed, this, &ViewController::getLogButton);
   connect(ui_->popupTimeUnits, &QComboBox::activated, this, [this](int index) {
     settings_.timeUnitIndex = index;
     settings_.theTimeSelStr = ui_->popupTimeUnits->currentText().toStdString();

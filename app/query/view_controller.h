@@ -17,6 +17,7 @@
 #include "engine/document/shown_result.h"
 #include "engine/query/entry_styler.h"
 #include "engine/query/log_fetch.h"
+#include "engine/query/log_file.h"
 #include "engine/query/log_query.h"
 #include "engine/query/log_runner.h"
 #include "engine/query/main_settings.h"
@@ -66,6 +67,8 @@ class ViewController final : public QWidget {
   size_t runsInFlight() const { return fetch_ ? fetch_->runsInFlight() : 0; }
   // Ends the runs of the log tool still going; their results are never shown.
   void cancelRuns();
+  // A saved JSON log, read for this window's new document, shown as a fetch's result.
+  void showOpenedLog(OpenedLogFile&& opened);
   // A restyle runs off the main thread and its result is not shown yet.
   bool restyling() const { return restyling_; }
   bool tableMode() const { return tableMode_; }
@@ -143,11 +146,16 @@ class ViewController final : public QWidget {
   // Puts a result in the document, in place of what it showed, and shows it with its counts.
   void applyShown(ShownResult result, const StyledEntries& counts);
   void showNotice(const std::optional<std::string>& notice);
+  void setUpNotices();
+  // The entry limit's notice above the result, or none.
+  void showLimitNotice(const std::optional<std::string>& notice);
   void showLineCount();
   // Once the event in hand is done, gives the memory freed by a replaced result (its entries,
   // text, view and chart data, wherever their threads freed them) back to the system.
   void releaseReplacedMemory();
   void completeLogShow(LogShowOutput&& output, const std::shared_ptr<const Run>& run);
+  // What a fetch's or an opened file's completion says to show.
+  void showCompletion(LogShowCompletion& done, AppDocument& owner);
 
   AppContext& app_;
   std::unique_ptr<Ui::DocumentWindow> ui_;

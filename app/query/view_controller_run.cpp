@@ -12,6 +12,7 @@
 #include "app/query/view_controller.h"
 #include "app/shell/app_context.h"
 #include "app/shell/app_delegate.h"
+#include "app/shell/colour_scheme.h"
 #include "app/shell/file_panels.h"
 #include "app/shell/qt_text.h"
 #include "engine/query/csv_conversion.h"
@@ -107,6 +108,11 @@ void ViewController::completeLogShow(LogShowOutput&& output,
     emit logShowCompleted();
     return;
   }
+  showCompletion(done, *owner);
+  emit logShowCompleted();
+}
+
+void ViewController::showCompletion(LogShowCompletion& done, AppDocument& owner) {
   theNowStr_ = done.theNowStr;
   if (done.redraw) {
     window()->setWindowTitle(qstring(done.displayName));
@@ -117,12 +123,11 @@ void ViewController::completeLogShow(LogShowOutput&& output,
   }
   if (done.queueChart) {
     // The old chart data goes when the new is in place.
-    connect(owner, &AppDocument::chartDataReady, this, &ViewController::releaseReplacedMemory,
+    connect(&owner, &AppDocument::chartDataReady, this, &ViewController::releaseReplacedMemory,
             Qt::UniqueConnection);
-    owner->computeChartData();
+    owner.computeChartData();
   }
   if (!restyling_) stopSpinner();  // else the restyle stops it when its result is shown
-  emit logShowCompleted();
 }
 
 StylerInput ViewController::stylerInput(std::string& styleText) const {
@@ -207,11 +212,13 @@ void ViewController::applyShown(ShownResult result, const StyledEntries& counts)
   ui_->entryDetail->clear();
   target = std::move(result);
   resultView().setResult(&target);
+  tableModel_->setDarkColours(prefersDarkColours(ui_->resultTable->palette()));
   if (const AppDocument* owner = document())
     tableModel_->setResult(owner->record().theJSONDictionaries, &target);
   if (counts.entryCount) ui_->entryCount->setText(qstring(*counts.entryCount));
   showLineCount();
   showNotice(counts.notice);
+  showLimitNotice(counts.limitNotice);
   releaseReplacedMemory();
 }
 

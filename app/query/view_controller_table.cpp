@@ -10,6 +10,7 @@
 #include "app/query/entry_table_model.h"
 #include "app/query/result_view.h"
 #include "app/query/view_controller.h"
+#include "app/shell/colour_scheme.h"
 #include "ui_document_window.h"
 
 namespace kavor::app {
@@ -18,6 +19,7 @@ void ViewController::connectResultViews() {
   tableModel_ = new EntryTableModel(this);
   QTableView* table = ui_->resultTable;
   table->setModel(tableModel_);
+  tableModel_->setDarkColours(prefersDarkColours(table->palette()));
   table->setSelectionBehavior(QAbstractItemView::SelectRows);
   table->setSelectionMode(QAbstractItemView::SingleSelection);
   table->setWordWrap(false);

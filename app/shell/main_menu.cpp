@@ -12,9 +12,12 @@ namespace kavor::app {
 
 namespace {
 
+// Each title names its mnemonic: the first occurrence of that letter, unique within its menu,
+// so that every command is reachable from the keyboard.
 struct ItemLayout {
   MenuCommand command;
   std::string_view title;
+  char mnemonic;
   QList<QKeySequence> shortcuts;
   bool checkable = false;
   QAction::MenuRole role = QAction::NoRole;
@@ -23,70 +26,118 @@ struct ItemLayout {
 
 struct MenuLayout {
   std::string_view title;
+  char mnemonic;
   std::vector<ItemLayout> items;
 };
+
+// The platform's Save As key, or Ctrl+Shift+S where it has none.
+QList<QKeySequence> saveAsKeys() {
+  QList<QKeySequence> keys = QKeySequence::keyBindings(QKeySequence::SaveAs);
+  if (keys.isEmpty()) keys.append(QKeySequence(QStringLiteral("Ctrl+Shift+S")));
+  return keys;
+}
+
+// Ctrl+R, which the menu shows, and the platform's Refresh key where that is another.
+QList<QKeySequence> getLogKeys() {
+  QList<QKeySequence> keys{QKeySequence(QStringLiteral("Ctrl+R"))};
+  for (const QKeySequence& key : QKeySequence::keyBindings(QKeySequence::Refresh))
+    if (!keys.contains(key)) keys.append(key);
+  return keys;
+}
+
+// The title as a menu shows it: "&" before the mnemonic, any "&" of the title doubled.
+QString withMnemonic(std::string_view title, char mnemonic) {
+  QString text = qstring(title).replace(u'&', QStringLiteral("&&"));
+  const qsizetype at = text.indexOf(QChar(mnemonic));
+  if (at >= 0) text.insert(at, u'&');
+  return text;
+}
+
+// The title without its mnemonic marker, as lookups by title compare it.
+QString plainTitle(const QString& shown) {
+  QString text;
+  for (qsizetype i = 0; i < shown.size(); ++i) {
+    if (shown[i] == u'&' && ++i == shown.size()) break;
+    text += shown[i];
+  }
+  return text;
+}
 
 std::vector<MenuLayout> menuLayouts() {
   using C = MenuCommand;
   using K = QKeySequence;
   return {
       {kApplicationMenuTitle,
+       'K',
        {
-           {C::enableChartView, kEnableChartViewItem, {}, true},
+           {C::enableChartView, kEnableChartViewItem, 'E', {}, true},
            {C::preferences,
             "Preferences\u2026",
+            'P',
             {K::Preferences},
             false,
             QAction::PreferencesRole,
             true},
-           {C::quit, "Quit Kavor", {K::Quit}, false, QAction::QuitRole, true},
+           {C::quit, "Quit Kavor", 'Q', {K::Quit}, false, QAction::QuitRole, true},
        }},
       {kFileMenuTitle,
+       'F',
        {
-           {C::newDocument, "New", {K::New}},
-           {C::openDocument, "Open\u2026", {K::Open}},
-           {C::chooseSource, "Choose Logarchive or File\u2026", {K("Ctrl+Shift+O")}},
-           {C::closeWindow, "Close", {K::Close}, false, QAction::NoRole, true},
-           {C::save, "Save\u2026", {K::Save}},
-           {C::saveAs, "Save As\u2026", {K::SaveAs}},
-           {C::makeLogarchive, "Make Logarchive\u2026", {}, false, QAction::NoRole, true},
-           {C::saveDefaults, "Save Window Settings", {}},
-           {C::exportPrefs, "Export Preferences\u2026", {}, false, QAction::NoRole, true},
-           {C::importPrefs, "Import Preferences\u2026", {}},
+           {C::newDocument, "New", 'N', {K::New}},
+           {C::openDocument, "Open\u2026", 'O', {K::Open}},
+           {C::openJsonLog, kOpenJsonLogItem, 'J', {K("Ctrl+Shift+J")}},
+           {C::chooseSource, "Choose Logarchive or File\u2026", 'L', {K("Ctrl+Shift+O")}},
+           {C::closeWindow, "Close", 'C', {K::Close}, false, QAction::NoRole, true},
+           {C::save, "Save\u2026", 'S', {K::Save}},
+           {C::saveAs, "Save As\u2026", 'A', saveAsKeys()},
+           {C::makeLogarchive, "Make Logarchive\u2026", 'M', {}, false, QAction::NoRole, true},
+           {C::saveDefaults, "Save Window Settings", 'W', {}},
+           {C::exportPrefs, "Export Preferences\u2026", 'E', {}, false, QAction::NoRole, true},
+           {C::importPrefs, "Import Preferences\u2026", 'I', {}},
        }},
       {kEditMenuTitle,
+       'E',
        {
-           {C::copy, "Copy", {K::Copy}},
-           {C::paste, "Paste", {K::Paste}},
+           {C::copy, "Copy", 'C', {K::Copy}},
+           {C::paste, "Paste", 'P', {K::Paste}},
        }},
       {kViewMenuTitle,
+       'V',
        {
-           {C::getLog, "Get Log", {K::Refresh}},
-           {C::limitEntries, kLimitEntriesItem, {}, true, QAction::NoRole, true},
-           {C::showLogEntries, kShowLogEntriesItem, {}, true},
-           {C::showSignposts, kShowSignpostsItem, {}, true},
-           {C::showActivities, kShowActivitiesItem, {}, true},
-           {C::fetchInfo, kFetchInfoItem, {}, true, QAction::NoRole, true},
-           {C::fetchSignposts, kFetchSignpostsItem, {}, true},
-           {C::fetchDebug, kFetchDebugItem, {}, true},
-           {C::biggerFont, "Bigger", {K::ZoomIn, K("Ctrl+=")}, false, QAction::NoRole, true},
-           {C::smallerFont, "Smaller", {K::ZoomOut}},
-           {C::convertToCsv, "Convert to CSV", {K("Ctrl+Shift+C")}, false, QAction::NoRole, true},
-           {C::showAsTable, kShowAsTableItem, {K("Ctrl+T")}, true},
+           {C::getLog, "Get Log", 'G', getLogKeys()},
+           {C::limitEntries, kLimitEntriesItem, 'L', {}, true, QAction::NoRole, true},
+           {C::showLogEntries, kShowLogEntriesItem, 'e', {}, true},
+           {C::showSignposts, kShowSignpostsItem, 'S', {}, true},
+           {C::showActivities, kShowActivitiesItem, 'A', {}, true},
+           {C::fetchInfo, kFetchInfoItem, 'i', {}, true, QAction::NoRole, true},
+           {C::fetchSignposts, kFetchSignpostsItem, 'p', {}, true},
+           {C::fetchDebug, kFetchDebugItem, 'D', {}, true},
+           {C::biggerFont, "Bigger", 'B', {K::ZoomIn, K("Ctrl+=")}, false, QAction::NoRole, true},
+           {C::smallerFont, "Smaller", 'm', {K::ZoomOut}},
+           {C::convertToCsv,
+            "Convert to CSV",
+            'C',
+            {K("Ctrl+Shift+C")},
+            false,
+            QAction::NoRole,
+            true},
+           {C::showAsTable, kShowAsTableItem, 'T', {K("Ctrl+T")}, true},
        }},
       {kWindowsMenuTitle,
+       'W',
        {
-           {C::openChart, kOpenChartItem, {K("Ctrl+Shift+G")}},
-           {C::logarchiveTool, kLogarchiveToolItem, {}},
-           {C::logCheck, kLogCheckItem, {}},
-           {C::logFields, kLogFieldsItem, {}},
+           {C::openChart, kOpenChartItem, 'O', {K("Ctrl+Shift+G")}},
+           {C::logarchiveTool, kLogarchiveToolItem, 'L', {}},
+           {C::logCheck, kLogCheckItem, 'C', {}},
+           {C::logFields, kLogFieldsItem, 'F', {}},
        }},
       {kHelpMenuTitle,
+       'H',
        {
-           {C::help, kHelpItem, {K::HelpContents}},
-           {C::supportPage, kSupportPageItem, {}, false, QAction::NoRole, true},
-           {C::releasesPage, kReleasesPageItem, {}},
-           {C::updateStatus, kUpdateNotCheckedItem, {}, false, QAction::NoRole, true},
+           {C::help, kHelpItem, 'K', {K::HelpContents}},
+           {C::supportPage, kSupportPageItem, 'S', {}, false, QAction::NoRole, true},
+           {C::releasesPage, kReleasesPageItem, 'R', {}},
+           {C::updateStatus, kUpdateNotCheckedItem, 'U', {}, false, QAction::NoRole, true},
        }},
   };
 }
@@ -95,10 +146,10 @@ std::vector<MenuLayout> menuLayouts() {
 
 MainMenu::MainMenu() {
   for (const MenuLayout& layout : menuLayouts()) {
-    auto menu = std::make_unique<QMenu>(qstring(layout.title));
+    auto menu = std::make_unique<QMenu>(withMnemonic(layout.title, layout.mnemonic));
     for (const ItemLayout& item : layout.items) {
       if (item.separatorBefore) menu->addSeparator();
-      QAction* action = menu->addAction(qstring(item.title));
+      QAction* action = menu->addAction(withMnemonic(item.title, item.mnemonic));
       action->setShortcuts(item.shortcuts);
       action->setCheckable(item.checkable);
       action->setMenuRole(item.role);
@@ -129,14 +180,14 @@ void MainMenu::attachTo(QMenuBar* bar) const {
 
 QMenu* MainMenu::menuTitled(std::string_view title) const {
   for (const auto& menu : menus_)
-    if (menu->title() == qstring(title)) return menu.get();
+    if (plainTitle(menu->title()) == qstring(title)) return menu.get();
   return nullptr;
 }
 
 QAction* MainMenu::itemTitled(const QMenu* menu, std::string_view title) {
   if (!menu) return nullptr;
   for (QAction* action : menu->actions())
-    if (!action->isSeparator() && action->text() == qstring(title)) return action;
+    if (!action->isSeparator() && plainTitle(action->text()) == qstring(title)) return action;
   return nullptr;
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 // The application's menus, made once and shared by every window's menu bar, as one menu bar
-// serves every window of the application. Controllers find menus and items by their titles;
-// the application connects each command to whichever window is in front.
+// serves every window of the application. Controllers find menus and items by their titles (as
+// written, without the mnemonic marker the menus show); the application connects each command
+// to whichever window is in front.
 
 #include <QObject>
 #include <array>
@@ -21,6 +22,7 @@ enum class MenuCommand {
   quit,
   newDocument,
   openDocument,
+  openJsonLog,
   closeWindow,
   save,
   saveAs,

@@ -104,6 +104,7 @@ void connectMenuActions(AppContext& app) {
   });
   onTriggered(app, C::newDocument, [&app] { app.documents().newDocument(); });
   onTriggered(app, C::openDocument, [&app] { app.documents().openDocument(); });
+  onTriggered(app, C::openJsonLog, [&app] { app.documents().chooseJsonLog(); });
   onTriggered(app, C::closeWindow, [] {
     if (QWidget* window = QApplication::activeWindow()) window->close();
   });

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "app/archive/arch_view_controller.h"
+#include "app/document/document_controller.h"
 #include "app/document/field_view_controller.h"
 #include "app/document/graph_view_controller.h"
 #include "app/query/view_controller.h"
@@ -28,6 +29,8 @@ std::unique_ptr<WindowController> makeDocumentWindowController(AppContext& app) 
   auto window = std::make_unique<KvMainWindow>();
   app.menu().attachTo(window->menuBar());
   window->resize(1100, 720);
+  QObject::connect(window.get(), &KvMainWindow::jsonLogDropped, &app.documents(),
+                   &DocumentController::openJsonLog);
   auto* content = new ViewController(app);
   auto controller = std::make_unique<WindowController>(std::move(window), content);
   content->viewDidLoad();

@@ -55,6 +55,7 @@ struct EntryDecoder::Impl {
   size_t pieceStart = npos;  // first byte of the next piece, just after a "[" or a ","
   // Cut at "\n}," while that works; else track strings and brackets byte by byte.
   bool prettyCuts = true;
+  size_t elementsParsed = 0;  // in the pieces parsed so far, for messages
   JsonArrayScanner scanner;
   std::optional<Error> error;
   bool released = false;
@@ -84,6 +85,7 @@ struct EntryDecoder::Impl {
   bool cutAtPrettySeparator();
   void cutWithScanner(bool final);
   bool parsePiece(size_t open, size_t close, bool endsAtComma, bool guessed);
+  std::string pieceLocation(size_t open, size_t close) const;
 };
 
 Error EntryDecoder::Impl::overBudget() const {
@@ -143,6 +145,16 @@ void EntryDecoder::Impl::makeRoom(size_t atLeast) {
   capacity = grown;
 }
 
+// Where a piece that does not parse lies in the output, for a person to look: its bytes,
+// counted from 1, and the last element before it.
+std::string EntryDecoder::Impl::pieceLocation(size_t open, size_t close) const {
+  const uint64_t from = scanner.shifted() + open + 2;
+  const uint64_t to = scanner.shifted() + close + 1;
+  std::string text = " in bytes " + std::to_string(from) + " to " + std::to_string(to);
+  if (elementsParsed) text += ", after entry " + std::to_string(elementsParsed);
+  return text;
+}
+
 // Parses the elements between buffer[open] ("[" or ",") and buffer[close] ("," or "]") here and
 // hands them to the worker to store. A guessed cut that does not parse is no error: the caller
 // then looks for the cut the slow way.
@@ -170,6 +182,7 @@ bool EntryDecoder::Impl::parsePiece(size_t open, size_t close, bool endsAtComma,
   buffer[open] = openByte;
   buffer[close] = closeByte;
   if (n && (*n > 0 || !(openByte == ',' || endsAtComma))) {
+    elementsParsed += *n;
     worker.submit(std::move(parser), options.storeInWorker);
     return true;
   }
@@ -178,6 +191,7 @@ bool EntryDecoder::Impl::parsePiece(size_t open, size_t close, bool endsAtComma,
   if (!guessed || (!n && n.error().kind == ErrorKind::tooLarge)) {
     error = n ? Error{ErrorKind::parse, "the output is not valid JSON: an element is missing"}
               : n.error();
+    if (error->kind == ErrorKind::parse) error->context += pieceLocation(open, close);
   }
   return false;
 }

@@ -20,11 +20,15 @@ void JsonArrayScanner::fail(std::string why) {
   failure_ = std::move(why);
 }
 
+void JsonArrayScanner::failAt(std::string why, size_t at) {
+  fail(std::move(why) + " at byte " + std::to_string(shifted_ + at + 1));
+}
+
 void JsonArrayScanner::scanPrologue(const char* buf, size_t end) {
   while (scanned_ < end && isJsonSpace(buf[scanned_]))
     ++scanned_;
   if (scanned_ == end) return;
-  if (buf[scanned_] != '[') return fail("the output is not a JSON array");
+  if (buf[scanned_] != '[') return failAt("the output is not a JSON array", scanned_);
   open_ = scanned_++;
   blocks_.depth = 1;
   state_ = State::inArray;
@@ -32,7 +36,8 @@ void JsonArrayScanner::scanPrologue(const char* buf, size_t end) {
 
 void JsonArrayScanner::scanEpilogue(const char* buf, size_t end) {
   for (; scanned_ < end; ++scanned_) {
-    if (!isJsonSpace(buf[scanned_])) return fail("text follows the end of the JSON array");
+    if (!isJsonSpace(buf[scanned_]))
+      return failAt("text follows the end of the JSON array", scanned_);
   }
 }
 
@@ -53,7 +58,7 @@ void JsonArrayScanner::scan(const char* buf, size_t end, bool final) {
       return;
     }
     if (blocks_.close != npos) {
-      if (blocks_.badClose) return fail("the JSON array is closed by \"}\"");
+      if (blocks_.badClose) return failAt("the JSON array is closed by \"}\"", blocks_.close);
       state_ = State::afterArray;
       scanned_ = blocks_.close + 1;
     }
@@ -61,7 +66,8 @@ void JsonArrayScanner::scan(const char* buf, size_t end, bool final) {
   if (state_ == State::afterArray) scanEpilogue(buf, end);
   if (final && state_ == State::beforeArray) fail("the output is empty");
   if (final && state_ == State::inArray)
-    fail("the JSON array is not closed: the output was cut short");
+    fail("the JSON array is not closed: the output was cut short after byte " +
+         std::to_string(shifted_ + end));
 }
 
 size_t JsonArrayScanner::lastSeparator(const char* buf, size_t end) const {
@@ -80,6 +86,7 @@ void JsonArrayScanner::resumeAt(size_t position) {
 }
 
 void JsonArrayScanner::shift(size_t count) {
+  shifted_ += count;
   scanned_ = scanned_ >= count ? scanned_ - count : 0;
   auto move = [count](size_t& pos) {
     if (pos != npos) pos = pos >= count ? pos - count : npos;

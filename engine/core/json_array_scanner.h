@@ -25,7 +25,11 @@ class JsonArrayScanner {
   void scan(const char* buf, size_t end, bool final);
 
   State state() const { return state_; }
+  // Why the bytes are no JSON array, and where: the byte of the output (counted from 1, across
+  // shifts) at which that shows.
   const std::string& failure() const { return failure_; }
+  // Bytes dropped by shift so far: where the caller's buffer starts in the output.
+  uint64_t shifted() const { return shifted_; }
   size_t scanned() const { return scanned_; }
   size_t arrayOpen() const { return open_; }           // the "[" that opens the array
   size_t arrayClose() const { return blocks_.close; }  // the "]" that closes it, once seen
@@ -46,11 +50,14 @@ class JsonArrayScanner {
   void scanPrologue(const char* buf, size_t end);
   void scanEpilogue(const char* buf, size_t end);
   void fail(std::string why);
+  // Fails at buf[at].
+  void failAt(std::string why, size_t at);
 
   Kernel kernel_;
   State state_ = State::beforeArray;
   std::string failure_;
   size_t scanned_ = 0;
+  uint64_t shifted_ = 0;
   size_t open_ = npos;
   JsonScanState blocks_;
 };

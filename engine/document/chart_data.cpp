@@ -168,6 +168,21 @@ ChartEntries collectChartEntries(const EntryList& entries, double startDate, uin
   return out;
 }
 
+std::optional<std::pair<double, double>> entryTimeSpan(const EntryList& entries) {
+  std::optional<std::pair<double, double>> span;
+  TimestampReader timestamps;
+  for (size_t i = 0; i < entries.size(); ++i) {
+    const FieldValue timestamp = entries.value(i, EntryKey::timestamp);
+    if (timestamp.kind() != ValueKind::text) continue;
+    const auto time = timestamps.read(timestamp.text());
+    if (!time) continue;
+    if (!span) span.emplace(*time, *time);
+    span->first = std::min(span->first, *time);
+    span->second = std::max(span->second, *time);
+  }
+  return span;
+}
+
 bool indexSubsystems(Document& document, ChartEntries&& entries, std::string_view timeZone) {
   if (entries.collection != document.chartCollection) return false;
   document.logTimes = std::move(entries.times);

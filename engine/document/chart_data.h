@@ -13,6 +13,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "engine/core/entry_list.h"
@@ -50,6 +51,10 @@ bool indexSubsystems(Document& document, ChartEntries&& entries, std::string_vie
 // nothing. A width that is 0 or not finite puts entries with time 0 in the first bin and the rest
 // in the last (t/w is +inf or NaN); the bins then all start at startDate.
 void binChartData(Document& document, int64_t selection, std::string_view timeZone = {});
+
+// Any thread. The earliest and the latest time of the entries' timestamps, read as
+// collectChartEntries reads them; none when no entry has a usable one.
+std::optional<std::pair<double, double>> entryTimeSpan(const EntryList& entries);
 
 // The log tool's own timestamp shape, "2020-05-01 09:41:07.123456+0100", read without ICU: the
 // absolute time DateFormatter("yyyy-MM-dd HH:mm:ss.SSSSSSZZZZZ").parse would give (milliseconds

@@ -4,7 +4,9 @@
 // of one document never affect another's.
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -56,8 +58,10 @@ class Document {
   // styled saves appended. Main thread only.
   ShownResult shown;
 
-  // Names the document's windows; set after each fetch.
+  // Names the document's windows; set after each fetch, or to the name of the file opened.
   std::string displayName;
+  // The saved JSON log the entries were read from; none once a fetch replaced them.
+  std::optional<std::filesystem::path> sourceFile;
 
   // Where the document's work runs: the log tool's runs and the chart preparation; its threads
   // start with the first. Declared last so that it is destroyed first: its destructor waits for

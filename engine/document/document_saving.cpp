@@ -2,9 +2,11 @@
 
 namespace kavor {
 
-std::string saveTrailer(std::string_view theNowStr, const std::vector<std::string>& theFullCmdStr) {
+std::string saveTrailer(std::string_view theNowStr, const std::vector<std::string>& theFullCmdStr,
+                        const std::optional<std::filesystem::path>& sourceFile) {
   std::string trailer = "\nAt ";
   trailer += theNowStr;
+  if (sourceFile) return trailer + " from " + sourceFile->string();
   trailer += " for command log ";
   for (size_t i = 0; i < theFullCmdStr.size(); ++i) {
     if (i > 0) trailer += ' ';

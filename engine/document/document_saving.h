@@ -2,6 +2,8 @@
 // What a saved result holds besides the result itself: the types it can be saved as, the error a
 // failed save or open reports, and the line that says when and by which command it was fetched.
 
+#include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,7 +17,9 @@ inline constexpr std::string_view kRtfType = "public.rtf";
 inline constexpr int kDocumentErrorCode = -4;
 
 // "\nAt " + theNowStr + " for command log " + the arguments joined with single spaces. A window
-// that never fetched has an empty time and one empty argument, and says so as it is.
-std::string saveTrailer(std::string_view theNowStr, const std::vector<std::string>& theFullCmdStr);
+// that never fetched has an empty time and one empty argument, and says so as it is. Entries
+// read from a saved JSON log say "\nAt " + theNowStr + " from " + its path instead.
+std::string saveTrailer(std::string_view theNowStr, const std::vector<std::string>& theFullCmdStr,
+                        const std::optional<std::filesystem::path>& sourceFile = std::nullopt);
 
 }  // namespace kavor

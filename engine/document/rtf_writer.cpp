@@ -190,7 +190,7 @@ void appendHeader(std::string& out, const RtfFont& font) {
   out += kDefaultFamily;
   out += ";}}\n{\\colortbl;";
   for (TextColour colour : kTableColours) {
-    const Rgb rgb = colourValue(colour);
+    const Rgb rgb = colourValue(colour, false);  // a saved document is read on white
     out += "\\red";
     appendNumber(out, rgb.red);
     out += "\\green";

@@ -14,6 +14,19 @@ namespace {
 constexpr StyleColumn kMessage{EntryKey::eventMessage, FieldKind::text, FieldCut::none,
                                TextColour::text};
 
+// The walk stopped at entry `from` with `counted` entries counted: a cut only when entries the
+// limit would count are left.
+std::optional<LimitCut> limitCutAt(const StylerInput& input, size_t from, int64_t counted) {
+  const EntryList& entries = *input.entries;
+  size_t total = static_cast<size_t>(counted);
+  for (size_t i = from; i < entries.size(); ++i) {
+    if (input.stop.stop_requested()) return std::nullopt;
+    if (input.show.shows(entries.value(i, EntryKey::eventType))) ++total;
+  }
+  if (total == static_cast<size_t>(counted)) return std::nullopt;
+  return LimitCut{static_cast<size_t>(counted), total};
+}
+
 }  // namespace
 
 StylerInput StyleRequest::input() const {
@@ -50,7 +63,10 @@ StyledEntries styleEntries(const StylerInput& input) {
   std::string message;
   int64_t passed = 0;
   for (size_t i = 0; i < entries.size(); ++i) {
-    if (input.limitEntries && passed > input.theLogCap) break;
+    if (input.limitEntries && passed > input.theLogCap) {
+      out.limitCut = limitCutAt(input, i, passed);
+      break;
+    }
     if (input.stop.stop_requested()) break;
     if (!input.show.shows(entries.value(i, EntryKey::eventType))) continue;
     ++passed;  // entries the filter drops still count toward the limit
@@ -75,6 +91,7 @@ StyledEntries styleEntries(const StylerInput& input) {
   }
   out.undecidedMessages = filter.undecided();
   out.notice = slowFilterNotice(out.filterStopped, out.undecidedMessages, input.filterBudget.total);
+  if (out.limitCut) out.limitNotice = limitNotice(*out.limitCut, input.locale);
   return out;
 }
 

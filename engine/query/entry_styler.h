@@ -15,6 +15,7 @@
 #include "engine/core/entry_list.h"
 #include "engine/core/styled_text.h"
 #include "engine/query/filter_budget.h"
+#include "engine/query/limit_notice.h"
 #include "engine/query/log_filter.h"
 #include "engine/query/settings_texts.h"
 #include "engine/query/show_switches.h"
@@ -30,7 +31,7 @@ struct StylerInput {
   bool limitEntries = true;
   int64_t theLogCap = kFactoryLogLimit;
   int osVersion = 11;
-  std::string_view locale;  // ICU locale id for the filter; empty for the user's
+  std::string_view locale;  // ICU locale id for the filter and the numbers; empty for the user's
   FilterBudget filterBudget;
   // Asked when a newer pass replaces this one: the walk ends early, and its result is dropped.
   std::stop_token stop;
@@ -69,6 +70,10 @@ struct StyledEntries {
   size_t undecidedMessages = 0;
   // What the window shows about either, above the result; none when every entry was decided.
   std::optional<std::string> notice;
+  // The entry limit stopped the walk while entries it would count were left: how many it
+  // counted of how many, and what the window says about it above the result.
+  std::optional<LimitCut> limitCut;
+  std::optional<std::string> limitNotice;
 };
 
 StyledEntries styleEntries(const StylerInput& input);

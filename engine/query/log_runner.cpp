@@ -68,14 +68,21 @@ LogShowCompletion completeLogShow(LogShowOutput&& output, Document& document, St
     return done;
   }
   done.theNowStr = context.formatter.format(context.now);
+  document.sourceFile.reset();
   if (!output.entries) {
     document.theJSONDictionaries = std::make_shared<const EntryList>();
     done.decodeError = output.entries.error();
     return done;
   }
-  document.theJSONDictionaries = std::make_shared<const EntryList>(std::move(*output.entries));
   document.displayName =
       std::string(kDocumentNamePrefix) + context.formatter.format(context.startDate);
+  takeDecodedEntries(std::move(*output.entries), document, std::move(style), context, done);
+  return done;
+}
+
+void takeDecodedEntries(EntryList&& entries, Document& document, StylerInput style,
+                        const CompletionContext& context, LogShowCompletion& done) {
+  document.theJSONDictionaries = std::make_shared<const EntryList>(std::move(entries));
   done.redraw = true;
   done.displayName = document.displayName;
   style.entries = document.theJSONDictionaries.get();
@@ -85,7 +92,6 @@ LogShowCompletion completeLogShow(LogShowOutput&& output, Document& document, St
     done.lineCount = paragraphCount(done.styled.text.text);
   }
   done.queueChart = !context.dontShowGraphView && !document.theJSONDictionaries->empty();
-  return done;
 }
 
 size_t paragraphCount(std::string_view text) {

@@ -68,9 +68,15 @@ struct CompletionContext {
 };
 
 // Main thread. On status 0 the document's entries are replaced (emptied when the output did not
-// decode) and, when they decoded, its display name set. style.entries is taken from the document.
+// decode; it no longer comes from a file) and, when they decoded, its display name set.
+// style.entries is taken from the document.
 LogShowCompletion completeLogShow(LogShowOutput&& output, Document& document, StylerInput style,
                                   const CompletionContext& context);
+
+// Main thread. Decoded entries become the document's, and done says what the window shows of
+// them under the document's display name: a fetch's and an opened file's alike.
+void takeDecodedEntries(EntryList&& entries, Document& document, StylerInput style,
+                        const CompletionContext& context, LogShowCompletion& done);
 
 // The paragraphs of a text as a text view counts them: each line feed, carriage return, CR LF
 // pair or paragraph separator ends one, and text after the last makes one more.

@@ -52,7 +52,8 @@ kavor_cli_case(style_sample_literal ARGS style --filter-name failures
 kavor_cli_case(style_sample_typed_filter ARGS style --filter CAFÉ --color never --os-version 15
                --style 10 ${sample})
 kavor_cli_case(style_sample_cap ARGS style --cap 2 --show-signposts
-               --show-activities --color never --os-version 15 ${sample})
+               --show-activities --color never --os-version 15 ${sample}
+               STDERR_HAS "Showing the first 3 of 12 entries: the entry limit is on")
 kavor_cli_case(style_mixed ARGS style --style "0 10 9 1 25" --color never --os-version 15
                STDIN ${KAVOR_TEST_DATA}/cli/mixed.json)
 kavor_cli_case(style_version_from_root ARGS style --style "21 16" --color never ${sample}

@@ -16,6 +16,9 @@ TEST(DocumentSavingTest, TrailerNamesTheTimeAndTheWholeCommand) {
   // A window that never fetched; empty arguments keep their places.
   EXPECT_EQ(saveTrailer("", {""}), "\nAt  for command log ");
   EXPECT_EQ(saveTrailer("now", {"a", "", "b"}), "\nAt now for command log a  b");
+  // Entries read from a file name it, whatever command the window ran before.
+  EXPECT_EQ(saveTrailer("now", {"show"}, "/home/me/a log.json"),
+            "\nAt now from /home/me/a log.json");
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <string>
 
 #include "engine/core/json_scan_state.h"
@@ -162,6 +163,40 @@ TEST(EntryDecoder, OutputThatIsNotOneJsonArrayFailsWithAReason) {
       EXPECT_EQ(list.error().kind, ErrorKind::parse) << text;
       EXPECT_FALSE(list.error().message().empty());
     }
+  }
+}
+
+// A person reading a file that does not decode is told where to look.
+TEST(EntryDecoder, AFailureSaysWhereInTheOutput) {
+  const auto message = [](std::string_view text, Feeding f = {size_t{512} << 10, 1 << 20, true}) {
+    const auto list = decodeIn(text, f);
+    return list ? std::string("decoded") : list.error().message();
+  };
+  EXPECT_EQ(message("  \n{}"), "the output is not a JSON array at byte 4");
+  EXPECT_EQ(message("[1] x"), "text follows the end of the JSON array at byte 5");
+  EXPECT_EQ(message("[}"), "the JSON array is closed by \"}\" at byte 2");
+  EXPECT_EQ(message("[{\"a\" : 1}"),
+            "the JSON array is not closed: the output was cut short "
+            "after byte 10");
+  // A bad entry deep in a long output, cut into small pieces and fed in odd bites: the bytes
+  // named hold it, and the entry named lies before it.
+  std::string text = toolOutput(40);
+  const size_t bad = text.find("message 30 ");
+  text[bad] = '\xFF';
+  for (Feeding f : {Feeding{2000, 777, true}, Feeding{2000, 777, false}}) {
+    const std::string said = message(text, f);
+    unsigned long from = 0, to = 0, after = 0;
+    EXPECT_TRUE(said.starts_with("the output is not valid JSON: ")) << said;
+    const size_t in = said.find(" in bytes ");
+    ASSERT_NE(in, std::string::npos) << said;
+    ASSERT_EQ(
+        std::sscanf(said.c_str() + in, " in bytes %lu to %lu, after entry %lu", &from, &to, &after),
+        3)
+        << said;
+    EXPECT_LE(from, bad + 1);
+    EXPECT_GE(to, bad + 1);
+    EXPECT_GE(after, 20u);
+    EXPECT_LE(after, 30u);
   }
 }
 

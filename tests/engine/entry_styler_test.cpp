@@ -253,6 +253,31 @@ TEST(EntryStyler, LimitCountsEntriesPassingTheTypeTest) {
   s.input.limitEntries = false;
   EXPECT_EQ(lines(s.text(list)), 250u);
   EXPECT_EQ(styleEntries(s.input).entryCount, "500");
+  EXPECT_FALSE(styleEntries(s.input).limitCut);
+}
+
+TEST(EntryStyler, LimitSaysWhenItCutAndOfHowMany) {
+  const EntryList list = decoded(alternating(2500));
+  Styler s("10");
+  s.input.theLogCap = 999;
+  // Of the 1250 log events, the first 1000 are shown; the hidden signposts are not counted.
+  s.input.entries = &list;
+  const StyledEntries out = styleEntries(s.input);
+  EXPECT_EQ(out.limitCut, (LimitCut{1000, 1250}));
+  EXPECT_EQ(out.limitNotice, "Showing the first 1,000 of 1,250 entries: the entry limit is on");
+  s.input.show.showSignposts = true;
+  EXPECT_EQ(styleEntries(s.input).limitCut, (LimitCut{1000, 2500}));
+  // Stopped with nothing left that the limit would count: no cut.
+  s.input.theLogCap = 2499;
+  EXPECT_FALSE(styleEntries(s.input).limitNotice);
+  s.input.theLogCap = 1249;
+  s.input.show.showSignposts = false;
+  EXPECT_FALSE(styleEntries(s.input).limitCut);
+  s.input.theLogCap = 1248;
+  EXPECT_EQ(styleEntries(s.input).limitCut, (LimitCut{1249, 1250}));
+  // The numbers as the locale groups them.
+  EXPECT_EQ(limitNotice({1000, 30020}, "de_DE"),
+            "Showing the first 1.000 of 30.020 entries: the entry limit is on");
 }
 
 }  // namespace

@@ -15,8 +15,8 @@ namespace {
 constexpr std::string_view kTables =
     "{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\fmodern\\fcharset0 Menlo;}"
     "{\\f1\\fswiss\\fcharset0 Helvetica;}}\n"
-    "{\\colortbl;\\red0\\green0\\blue0;\\red255\\green59\\blue48;\\red40\\green205\\blue65;"
-    "\\red0\\green122\\blue255;}\n";
+    "{\\colortbl;\\red0\\green0\\blue0;\\red215\\green0\\blue21;\\red0\\green128\\blue0;"
+    "\\red0\\green90\\blue230;}\n";
 const RtfFont kMenlo{"Menlo", 11};
 
 // The body between the tables and the closing brace.

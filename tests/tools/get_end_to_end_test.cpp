@@ -57,6 +57,14 @@ TEST_F(GetEndToEnd, ShowsWhatTheToolPrintsForTheWindow) {
   EXPECT_NE(got.out.find("error"), std::string::npos);
 }
 
+TEST_F(GetEndToEnd, TheEntryLimitSaysWhereItCut) {
+  const ProgramRun got = get({"--period", "-2", "--unit", "min", "--cap", "1"});
+  ASSERT_EQ(got.status, 0) << got.err;
+  EXPECT_EQ(std::count(got.out.begin(), got.out.end(), '\n'), 2);
+  EXPECT_NE(got.err.find("Showing the first 2 of "), std::string::npos) << got.err;
+  EXPECT_NE(got.err.find(" entries: the entry limit is on\n"), std::string::npos) << got.err;
+}
+
 TEST_F(GetEndToEnd, AFailingToolGivesTheAlertText) {
   const ProgramRun got = get({"--predicate", "eventMessage CONTAINS"});
   EXPECT_EQ(got.status, 1);

@@ -1,4 +1,4 @@
-#include "cli/input_file.h"
+#include "platform/file_reader.h"
 
 #include <unistd.h>
 
@@ -7,27 +7,29 @@
 
 #include "platform/regular_file.h"
 
-namespace kavor::cli {
+namespace kavor {
 
-Expected<InputFile> InputFile::open(std::string_view operand) {
-  if (operand == "-") return InputFile(STDIN_FILENO, false, "standard input");
-  std::string name(operand);
+Expected<FileReader> FileReader::open(const std::filesystem::path& file) {
   // A pipe or a device named here could block or never end; standard input may be either.
-  const Expected<int> fd = openRegularFile(name);
+  const Expected<int> fd = openRegularFile(file);
   if (!fd) return fd.error();
-  return InputFile(*fd, true, std::move(name));
+  return FileReader(*fd, true, file.string());
 }
 
-InputFile::~InputFile() {
+FileReader FileReader::standardInput() {
+  return FileReader(STDIN_FILENO, false, "standard input");
+}
+
+FileReader::~FileReader() {
   if (owned_) ::close(fd_);
 }
 
-InputFile::InputFile(InputFile&& other) noexcept
+FileReader::FileReader(FileReader&& other) noexcept
     : fd_(std::exchange(other.fd_, -1)),
       owned_(std::exchange(other.owned_, false)),
       name_(std::move(other.name_)) {}
 
-Expected<size_t> InputFile::read(std::span<char> into) {
+Expected<size_t> FileReader::read(std::span<char> into) {
   for (;;) {
     const ssize_t n = ::read(fd_, into.data(), into.size());
     if (n >= 0) return static_cast<size_t>(n);
@@ -35,4 +37,4 @@ Expected<size_t> InputFile::read(std::span<char> into) {
   }
 }
 
-}  // namespace kavor::cli
+}  // namespace kavor
