@@ -1,0 +1,44 @@
+#include "engine/document/shown_result.h"
+
+#include <gtest/gtest.h>
+
+#include "engine/query/log_runner.h"
+
+namespace kavor {
+namespace {
+
+// The label's count and the view's lines come from one index; they must agree with the text
+// view's own paragraph rule on every kind of break.
+TEST(ShownResult, LinesFollowEveryBreakAndCountAsParagraphs) {
+  for (std::string text :
+       {"", "a", "a\n", "a\n\n", "a\r\nb", "a\rb\n", "a\xE2\x80\xA9z", "\xE2\x82\xAC\nb", "x\r"}) {
+    const ShownResult shown(StyledText{text, {}});
+    EXPECT_EQ(shown.paragraphCount(), paragraphCount(text)) << text;
+    std::string joined;
+    for (size_t i = 0; i < shown.lineCount(); ++i) {
+      joined += shown.line(i);
+      EXPECT_EQ(shown.lineOf(shown.lineStart(i)), i);
+    }
+    std::string bare = text;
+    for (const std::string_view cut : {"\r\n", "\r", "\n", "\xE2\x80\xA9"})
+      for (size_t at; (at = bare.find(cut)) != std::string::npos;)
+        bare.erase(at, cut.size());
+    EXPECT_EQ(joined, bare) << text;
+  }
+}
+
+TEST(ShownResult, TrailersJoinTheLastBreakAndBelongToNoEntry) {
+  ShownResult shown(StyledText{"one\ntwo\r", {{0, 3, TextColour::red}}}, {}, {{0, 7}, {4, 9}});
+  shown.appendUnfonted("\nAt noon");
+  EXPECT_EQ(shown.lineCount(), 3u);  // CR then LF is one break
+  EXPECT_EQ(shown.line(2), "At noon");
+  EXPECT_EQ(shown.fontedLength(), 8u);
+  EXPECT_EQ(shown.shownAt(5), std::optional<size_t>(1));
+  EXPECT_EQ(shown.shownAt(2), std::optional<size_t>(0));
+  EXPECT_EQ(shown.shownAt(10), std::nullopt);
+  EXPECT_EQ(shown.runsIn(3, 8).size(), 0u);
+  EXPECT_EQ(shown.runsIn(2, 8).size(), 1u);
+}
+
+}  // namespace
+}  // namespace kavor
