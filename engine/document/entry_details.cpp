@@ -11,15 +11,19 @@ namespace dom = simdjson::dom;
 void addNested(dom::element element, std::string key, int depth, std::vector<DetailRow>& rows) {
   DetailRow row{depth, std::move(key), {}};
   switch (element.type()) {
-    case dom::element_type::OBJECT:
+    case dom::element_type::OBJECT: {
       rows.push_back(std::move(row));
-      for (dom::key_value_pair field : element.get_object().value_unsafe())
+      // Held here: a range over a temporary result would outlive the object it walks.
+      const dom::object object = element.get_object().value_unsafe();
+      for (dom::key_value_pair field : object)
         addNested(field.value, std::string(field.key), depth + 1, rows);
       return;
+    }
     case dom::element_type::ARRAY: {
       rows.push_back(std::move(row));
       size_t index = 0;
-      for (dom::element item : element.get_array().value_unsafe())
+      const dom::array array = element.get_array().value_unsafe();
+      for (dom::element item : array)
         addNested(item, std::to_string(index++), depth + 1, rows);
       return;
     }

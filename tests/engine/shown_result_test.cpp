@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "engine/core/entry_decoder.h"
+#include "engine/document/entry_details.h"
 #include "engine/query/log_runner.h"
 
 namespace kavor {
@@ -38,6 +40,26 @@ TEST(ShownResult, TrailersJoinTheLastBreakAndBelongToNoEntry) {
   EXPECT_EQ(shown.shownAt(10), std::nullopt);
   EXPECT_EQ(shown.runsIn(3, 8).size(), 0u);
   EXPECT_EQ(shown.runsIn(2, 8).size(), 1u);
+}
+
+// The detail pane opens nested values and keeps numbers exact.
+TEST(EntryDetails, NestedValuesOpenAndIdsStayExact) {
+  const auto list = decodeEntries(
+      R"([{"traceID" : 18446744073709551615, "source" : {"file" : "c.c", "lines" : [3, 4]},
+        "backtrace" : {"frames" : [{"imageOffset" : 1}]}}])");
+  ASSERT_TRUE(list.ok());
+  const std::vector<DetailRow> rows = entryDetails(*list, 0);
+  const std::vector<DetailRow> expected = {{0, "traceID", "18446744073709551615"},
+                                           {0, "source", ""},
+                                           {1, "file", "c.c"},
+                                           {1, "lines", ""},
+                                           {2, "0", "3"},
+                                           {2, "1", "4"},
+                                           {0, "backtrace", ""},
+                                           {1, "frames", ""},
+                                           {2, "0", ""},
+                                           {3, "imageOffset", "1"}};
+  EXPECT_EQ(rows, expected);
 }
 
 }  // namespace
