@@ -87,10 +87,7 @@ void takeDecodedEntries(EntryList&& entries, Document& document, StylerInput sty
   done.displayName = document.displayName;
   style.entries = document.theJSONDictionaries.get();
   done.styleLater = context.mayStyleLater && !stylesQuickly(style);
-  if (!done.styleLater) {
-    done.styled = styleEntries(style);
-    done.lineCount = paragraphCount(done.styled.text.text);
-  }
+  if (!done.styleLater) done.styled = styleEntries(style);
   done.queueChart = !context.dontShowGraphView && !document.theJSONDictionaries->empty();
 }
 

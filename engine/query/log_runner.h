@@ -51,9 +51,8 @@ struct LogShowCompletion {
   bool redraw = false;
   std::string displayName;
   StyledEntries styled;
-  size_t lineCount = 0;
   // The styling would take more than a moment and was left to the caller, which runs it off the
-  // main thread; styled and lineCount are then empty.
+  // main thread; styled is then empty.
   bool styleLater = false;
   bool queueChart = false;           // collect the chart data of the document
   std::optional<Error> decodeError;  // why the output did not decode, when it did not

@@ -132,7 +132,7 @@ TEST_F(LogRunner, EntriesAreStyledAndChartedUnlessTheChartIsOffOrThereAreNone) {
   const auto sample = tool("sample", "cat '" KAVOR_TEST_DATA "/cli/worked_example.json'");
   LogShowCompletion done = complete(runLogShow(sample, {}));
   EXPECT_EQ(done.styled.text.text, "09:41:07.123456 com.apple.xpc hello \n");
-  EXPECT_EQ(done.lineCount, 1u);
+  EXPECT_EQ(paragraphCount(done.styled.text.text), 1u);
   EXPECT_TRUE(done.queueChart);
   done = complete(runLogShow(sample, {}), true);
   EXPECT_FALSE(done.queueChart);
@@ -141,7 +141,7 @@ TEST_F(LogRunner, EntriesAreStyledAndChartedUnlessTheChartIsOffOrThereAreNone) {
   EXPECT_TRUE(done.redraw);
   EXPECT_EQ(done.displayName, "Kavor_2020-05-01 09:40:00");
   EXPECT_EQ(document_.displayName, done.displayName);
-  EXPECT_EQ(done.lineCount, 0u);
+  EXPECT_EQ(paragraphCount(done.styled.text.text), 0u);
   EXPECT_FALSE(done.queueChart);
 }
 
