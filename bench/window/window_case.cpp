@@ -5,7 +5,6 @@
 #include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QTimer>
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -18,13 +17,10 @@
 #include "app/shell/alerts.h"
 #include "app/shell/app_context.h"
 #include "app/shell/app_delegate.h"
-#include "app/shell/file_panels.h"
+#include "app/shell/unattended_context.h"
 #include "bench/window/case_report.h"
 #include "engine/query/named_lists.h"
-#include "engine/shell/machine_check_system.h"
-#include "platform/clock.h"
 #include "platform/process_memory.h"
-#include "platform/settings_store.h"
 #include "ui_document_window.h"
 
 namespace kavor::bench {
@@ -42,17 +38,6 @@ class FailingAlerts final : public app::AlertPresenter {
   int runModal(const app::Alert& alert, QWidget*) override {
     std::fprintf(stderr, "alert: %s %s\n", alert.message.c_str(), alert.informative.c_str());
     std::exit(1);
-  }
-};
-
-class NoPanels final : public app::FilePanels {
- public:
-  std::optional<std::filesystem::path> runOpenPanel(const app::OpenPanelRequest&,
-                                                    QWidget*) override {
-    return std::nullopt;
-  }
-  std::optional<app::SaveChoice> runSavePanel(const app::SavePanelRequest&, QWidget*) override {
-    return std::nullopt;
   }
 };
 
@@ -83,20 +68,6 @@ class PaintWatch final : public QObject {
   bool resultPainted_ = false;
 };
 
-// Runs the event loop until done() holds; false when it never does.
-template <typename Done>
-bool runUntil(Done done) {
-  // Wakes the loop now and then, so that a wait for more events always ends.
-  QTimer tick;
-  tick.start(20);
-  const auto deadline = Clock::now() + kGiveUp;
-  while (!done()) {
-    if (Clock::now() > deadline) return false;
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-  }
-  return true;
-}
-
 void settle() {
   QCoreApplication::processEvents();
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -119,13 +90,9 @@ int runWindowCase(int argc, char** argv, const std::filesystem::path& root,
                   std::span<const int> minutes) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
-  MemorySettingsStore settings;
-  const FixedClock clock(kWindowBaseDate);
   FailingAlerts alerts;
-  NoPanels panels;
-  const SystemPaths paths(root);
-  MachineCheckSystem checks(paths, clock);
-  app::AppContext context({settings, paths, clock, alerts, panels, checks});
+  app::UnattendedContext unattended(root, kWindowBaseDate, alerts);
+  app::AppContext& context = unattended.app();
   app::AppDocument* document = context.documents().newDocument();
   app::ViewController& view = *document->viewController();
   if (filterChoiceFromBox(view.settings().comboFilter, view.settings().specFiltList).active) {
@@ -148,13 +115,13 @@ int runWindowCase(int argc, char** argv, const std::filesystem::path& root,
     chartReady = false;
     const auto pressed = Clock::now();
     view.getLogButton();
-    if (!runUntil([&] { return watch.resultPainted(); })) {
+    if (!app::runEventsUntil([&] { return watch.resultPainted(); }, kGiveUp)) {
       std::fprintf(stderr, "the result of fetch %zu was never painted\n", i);
       return 1;
     }
     const std::chrono::duration<double> shown = Clock::now() - pressed;
     const bool charted = !context.delegate().dontShowGraphView;
-    if (charted && !runUntil([&] { return chartReady; })) {
+    if (charted && !app::runEventsUntil([&] { return chartReady; }, kGiveUp)) {
       std::fprintf(stderr, "the chart data of fetch %zu never came\n", i);
       return 1;
     }

@@ -2,11 +2,7 @@
 
 #include <QComboBox>
 #include <QCoreApplication>
-#include <QElapsedTimer>
-#include <QEventLoop>
 #include <QLineEdit>
-#include <QTimer>
-#include <functional>
 #include <optional>
 
 #include "app/document/app_document.h"
@@ -14,11 +10,8 @@
 #include "app/query/view_controller.h"
 #include "app/shell/alerts.h"
 #include "app/shell/app_context.h"
-#include "app/shell/file_panels.h"
+#include "app/shell/unattended_context.h"
 #include "app/shell/window_controller.h"
-#include "engine/shell/machine_check_system.h"
-#include "platform/clock.h"
-#include "platform/settings_store.h"
 #include "ui_document_window.h"
 
 namespace kavor::manual {
@@ -35,30 +28,6 @@ class NoAlerts final : public app::AlertPresenter {
   std::optional<std::string> first;
 };
 
-class NoPanels final : public app::FilePanels {
- public:
-  std::optional<std::filesystem::path> runOpenPanel(const app::OpenPanelRequest&,
-                                                    QWidget*) override {
-    return std::nullopt;
-  }
-  std::optional<app::SaveChoice> runSavePanel(const app::SavePanelRequest&, QWidget*) override {
-    return std::nullopt;
-  }
-};
-
-// Lets the event loop run until the condition holds; false after a minute without it.
-bool waitFor(const std::function<bool()>& condition) {
-  QElapsedTimer clock;
-  clock.start();
-  while (!condition()) {
-    if (clock.elapsed() > 60000) return false;
-    QEventLoop loop;
-    QTimer::singleShot(20, &loop, &QEventLoop::quit);
-    loop.exec();
-  }
-  return true;
-}
-
 QImage windowImage(const QWidget* content) {
   QCoreApplication::processEvents();
   return content->window()->grab().toImage();
@@ -70,13 +39,9 @@ constexpr int kMinutesRow = 1;
 }  // namespace
 
 Expected<std::vector<Screenshot>> takeScreenshots(const std::filesystem::path& root, double now) {
-  MemorySettingsStore settings;
-  const FixedClock clock(now);
   NoAlerts alerts;
-  NoPanels panels;
-  const SystemPaths paths(root);
-  MachineCheckSystem checks(paths, clock);
-  app::AppContext app({settings, paths, clock, alerts, panels, checks});
+  app::UnattendedContext unattended(root, now, alerts);
+  app::AppContext& app = unattended.app();
 
   app::AppDocument* document = app.documents().newDocument();
   app::ViewController& controller = *document->viewController();
@@ -87,10 +52,12 @@ Expected<std::vector<Screenshot>> takeScreenshots(const std::filesystem::path& r
   ui.comboStyle->setCurrentIndex(kRegularStyleRow);
   emit ui.comboStyle->activated(kRegularStyleRow);  // as a choice of the user's
   controller.getLogButton();
-  const bool fetched = waitFor([&] {
-    return controller.runsInFlight() == 0 && !controller.restyling() &&
-           !document->record().popSSystTypes.empty();
-  });
+  const bool fetched = app::runEventsUntil(
+      [&] {
+        return controller.runsInFlight() == 0 && !controller.restyling() &&
+               !document->record().popSSystTypes.empty();
+      },
+      std::chrono::minutes(1));
   if (alerts.first) return Error{ErrorKind::io, "the fetch failed: " + *alerts.first, 0};
   if (!fetched) return Error{ErrorKind::io, "the fetch gave no chart data", 0};
 
