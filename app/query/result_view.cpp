@@ -62,6 +62,7 @@ ResultView::ResultView(QWidget* parent) : QAbstractScrollArea(parent) {
   setFocusPolicy(Qt::StrongFocus);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { fitScrollRanges(); });
 }
 
 ResultView::~ResultView() = default;
@@ -78,18 +79,19 @@ void ResultView::resultReplaced() {
   updateScrollRanges();
   verticalScrollBar()->setValue(0);
   horizontalScrollBar()->setValue(0);
+  fitScrollRanges();
   viewport()->update();
 }
 
 void ResultView::resultAppended() {
-  updateScrollRanges();
+  fitScrollRanges();
   viewport()->update();
 }
 
 void ResultView::applyFont(const QFont& font) {
   setFont(font);
   widestSeen_ = 0;
-  updateScrollRanges();
+  fitScrollRanges();
   viewport()->update();
 }
 
@@ -195,27 +197,42 @@ void ResultView::paintEvent(QPaintEvent*) {
   }
   painter.setPen(palette().color(QPalette::Text));
   const int height = lineHeight();
-  const size_t first = firstVisibleLine();
-  const size_t rows = static_cast<size_t>(viewport()->height() / height) + 1;
-  const size_t last = std::min(result_->lineCount(), first + rows);
+  const auto [first, last] = visibleLines();
   const int x = kMargin - horizontalScrollBar()->value();
-  int widest = widestSeen_;
   for (size_t line = first; line < last; ++line) {
     QTextLayout layout;
     layoutLine(layout, line);
     const int y = static_cast<int>(line - first) * height;
     layout.draw(&painter, QPointF(x, y));
+  }
+}
+
+std::pair<size_t, size_t> ResultView::visibleLines() const {
+  const size_t first = firstVisibleLine();
+  const size_t rows = static_cast<size_t>(viewport()->height() / lineHeight()) + 1;
+  return {first, result_ ? std::min(result_->lineCount(), first + rows) : first};
+}
+
+void ResultView::fitScrollRanges() {
+  updateScrollRanges();
+  // The guess from the longest line in bytes can be short of lines with wide characters: the
+  // lines that come on screen widen the range, so each can be scrolled to its end.
+  if (!result_) return;
+  const auto [first, last] = visibleLines();
+  int widest = widestSeen_;
+  for (size_t line = first; line < last; ++line) {
+    QTextLayout layout;
+    layoutLine(layout, line);
     widest = std::max(widest, static_cast<int>(layout.lineAt(0).naturalTextWidth()));
   }
-  if (widest > widestSeen_) {
-    widestSeen_ = widest;
-    updateScrollRanges();
-  }
+  if (widest <= widestSeen_) return;
+  widestSeen_ = widest;
+  updateScrollRanges();
 }
 
 void ResultView::resizeEvent(QResizeEvent* event) {
   QAbstractScrollArea::resizeEvent(event);
-  updateScrollRanges();
+  fitScrollRanges();
 }
 
 size_t ResultView::firstVisibleLine() const {
@@ -379,7 +396,7 @@ void ResultView::keyPressEvent(QKeyEvent* event) {
 void ResultView::changeEvent(QEvent* event) {
   QAbstractScrollArea::changeEvent(event);
   if (event->type() == QEvent::FontChange || event->type() == QEvent::PaletteChange) {
-    updateScrollRanges();
+    fitScrollRanges();
     viewport()->update();
   }
 }

@@ -72,6 +72,9 @@ class ResultView final : public QAbstractScrollArea {
 
  private:
   void updateScrollRanges();
+  // The scroll ranges, widened to the lines now on screen.
+  void fitScrollRanges();
+  std::pair<size_t, size_t> visibleLines() const;  // [first, last)
   int lineHeight() const;
   // The line laid out in one row, its colours and the selection as formats.
   void layoutLine(QTextLayout& layout, size_t line) const;
