@@ -25,7 +25,10 @@ constexpr std::array<Slot, 3> kSlots = {{
 }};
 
 std::string inQuotes(std::string_view text) {
-  return "\"" + std::string(text) + "\"";
+  std::string quoted;
+  quoted.reserve(text.size() + 2);
+  quoted.append(1, '"').append(text).append(1, '"');
+  return quoted;
 }
 
 Error badContent(std::string text) {

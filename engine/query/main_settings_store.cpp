@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <tuple>
 #include <utility>
 
 namespace kavor {
@@ -82,7 +83,9 @@ PlistDict factorySettingValues(int osVersion) {
       values.emplace_back(std::string(f.key), factoryValue(f));
   for (std::string_view key : {kSpecPredListKey, kSpecFiltListKey, kSpecStyleListKey})
     values.emplace_back(std::string(key), namedListToPlist(factoryList(key, osVersion)));
-  values.emplace_back(std::string(kLogLimitKey), PlistValue(kFactoryLogLimit));
+  // Made in place: a moved temporary here trips a false uninitialised-use warning of GCC 12.
+  values.emplace_back(std::piecewise_construct, std::forward_as_tuple(kLogLimitKey),
+                      std::forward_as_tuple(kFactoryLogLimit));
   return values;
 }
 
