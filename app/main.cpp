@@ -17,9 +17,11 @@
 #include "platform/clock.h"
 #include "platform/demo_root.h"
 #include "platform/file_settings_store.h"
+#include "platform/process_memory.h"
 #include "platform/system_paths.h"
 
 int main(int argc, char* argv[]) {
+  kavor::returnFreedMemoryPromptly();
   QApplication application(argc, argv);
   QApplication::setApplicationName(kavor::app::qstring(kavor::kApplicationName));
   // The menus are shared by all windows: closing the last window leaves nothing to reach them.

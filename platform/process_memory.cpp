@@ -24,6 +24,14 @@ ResidentMemory residentMemory() {
   return memory;
 }
 
+void returnFreedMemoryPromptly() {
+#if defined(__GLIBC__)
+  // Setting either bound fixes both: neither moves with later frees.
+  mallopt(M_MMAP_THRESHOLD, 1 << 20);
+  mallopt(M_TRIM_THRESHOLD, 4 << 20);
+#endif
+}
+
 void releaseFreeMemory() {
 #if defined(__GLIBC__)
   malloc_trim(0);

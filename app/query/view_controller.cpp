@@ -210,6 +210,7 @@ void ViewController::applyFontSize() {
   shown().fontAll();
   resultView().applyFont(outputFont(settings_.theFontSize));
   ui_->resultTable->setFont(outputFont(settings_.theFontSize));
+  resetRowHeader();  // rows as high as the new font
   showLineCount();
 }
 

@@ -24,6 +24,7 @@
 #include "platform/notification_center.h"
 
 class QComboBox;
+class QTimer;
 
 namespace Ui {
 class DocumentWindow;
@@ -122,6 +123,10 @@ class ViewController final : public QWidget {
   struct Run;
   void connectControls();
   void connectResultViews();
+  // The table holds the shown result only while it is on screen: its row header costs memory
+  // per row, kept after the rows are gone.
+  void fillTable();
+  void resetRowHeader();
   void connectComboBox(QComboBox* box, ComboBoxModel& model, void (ViewController::*action)());
   void showComboBoxes();
   void showComboBox(QComboBox* box, const ComboBoxModel& model);
@@ -175,7 +180,7 @@ class ViewController final : public QWidget {
   uint64_t restyleGeneration_ = 0;
   std::stop_source restyleStop_;
   bool restyling_ = false;
-  bool releaseQueued_ = false;
+  QTimer* releaseTimer_ = nullptr;
   ShownResult noResult_;  // shown by a window without a document
   EntryTableModel* tableModel_ = nullptr;
   bool tableMode_ = false;

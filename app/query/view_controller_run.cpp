@@ -5,6 +5,8 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMetaObject>
+#include <QTimer>
+#include <chrono>
 
 #include "app/document/app_document.h"
 #include "app/query/entry_table_model.h"
@@ -12,7 +14,6 @@
 #include "app/query/view_controller.h"
 #include "app/shell/app_context.h"
 #include "app/shell/app_delegate.h"
-#include "app/shell/colour_scheme.h"
 #include "app/shell/file_panels.h"
 #include "app/shell/qt_text.h"
 #include "engine/query/csv_conversion.h"
@@ -25,6 +26,8 @@ namespace kavor::app {
 namespace {
 
 constexpr std::string_view kSourceIndicator = "\U0001F4D5";
+// Long enough for a replaced result's last holders to finish, short beside a user's pause.
+constexpr std::chrono::milliseconds kReleaseDelay(300);
 
 }  // namespace
 
@@ -212,9 +215,7 @@ void ViewController::applyShown(ShownResult result, const StyledEntries& counts)
   ui_->entryDetail->clear();
   target = std::move(result);
   resultView().setResult(&target);
-  tableModel_->setDarkColours(prefersDarkColours(ui_->resultTable->palette()));
-  if (const AppDocument* owner = document())
-    tableModel_->setResult(owner->record().theJSONDictionaries, &target);
+  fillTable();
   if (counts.entryCount) ui_->entryCount->setText(qstring(*counts.entryCount));
   showLineCount();
   showNotice(counts.notice);
@@ -267,15 +268,15 @@ void ViewController::doConversion() {
 }
 
 void ViewController::releaseReplacedMemory() {
-  if (releaseQueued_) return;
-  releaseQueued_ = true;
-  QMetaObject::invokeMethod(
-      this,
-      [this] {
-        releaseQueued_ = false;
-        releaseFreeMemory();
-      },
-      Qt::QueuedConnection);
+  // Later, once the workers and deferred deletions have let go of the old result too; each
+  // further replacement puts it off again.
+  if (!releaseTimer_) {
+    releaseTimer_ = new QTimer(this);
+    releaseTimer_->setSingleShot(true);
+    releaseTimer_->setInterval(kReleaseDelay);
+    connect(releaseTimer_, &QTimer::timeout, this, [] { releaseFreeMemory(); });
+  }
+  releaseTimer_->start();
 }
 
 void ViewController::startSpinner() {

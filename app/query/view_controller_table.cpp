@@ -24,9 +24,7 @@ void ViewController::connectResultViews() {
   table->setSelectionMode(QAbstractItemView::SingleSelection);
   table->setWordWrap(false);
   table->setShowGrid(false);
-  // Fixed row heights keep a million rows as quick as a hundred.
-  table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().lineSpacing() + 4);
+  resetRowHeader();
   table->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
   table->horizontalHeader()->setStretchLastSection(true);
   connect(table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
@@ -36,8 +34,28 @@ void ViewController::connectResultViews() {
   connect(ui_->theResText, &ResultView::lineActivated, this, &ViewController::showDetailAt);
 }
 
+void ViewController::resetRowHeader() {
+  QTableView* table = ui_->resultTable;
+  // A new header, since the old one keeps the room of its largest row count.
+  auto* rows = new QHeaderView(Qt::Vertical, table);
+  // Fixed row heights keep a million rows as quick as a hundred.
+  rows->setSectionResizeMode(QHeaderView::Fixed);
+  rows->setDefaultSectionSize(table->fontMetrics().lineSpacing() + 4);
+  table->setVerticalHeader(rows);
+}
+
+void ViewController::fillTable() {
+  const AppDocument* owner = document();
+  const bool filled = tableModel_->rowCount() > 0;
+  tableModel_->setResult(nullptr, nullptr);
+  if (filled) resetRowHeader();
+  tableModel_->setDarkColours(prefersDarkColours(ui_->resultTable->palette()));
+  if (tableMode_ && owner) tableModel_->setResult(owner->record().theJSONDictionaries, &shown());
+}
+
 void ViewController::setTableMode() {
   tableMode_ = !tableMode_;
+  fillTable();
   ui_->resultStack->setCurrentWidget(tableMode_ ? static_cast<QWidget*>(ui_->resultTable)
                                                 : ui_->theResText);
   ui_->resultStack->currentWidget()->setFocus();
