@@ -1,8 +1,7 @@
 // The Logarchive Tool window: its three tools through the panels, the save of its output, its
-// font size and its check boxes, and several windows at once.
+// font size and its check boxes.
 
 #include <QAction>
-#include <QApplication>
 #include <QCheckBox>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -14,7 +13,6 @@
 #include "app/shell/report_area.h"
 #include "app/shell/window_controller.h"
 #include "engine/archive/archive_texts.h"
-#include "engine/shell/menu_texts.h"
 #include "tests/app/app_fixture.h"
 #include "tests/app/app_test_registry.h"
 #include "ui_arch_window.h"
@@ -47,26 +45,6 @@ class ArchWindowTest : public QObject {
   Q_OBJECT
 
  private slots:
-  void theMenuOpensAnotherWindowEachTimeWithItsOwnOutput() {
-    TestApp app;
-    QAction* tool = MainMenu::itemTitled(app.context().menu().menuTitled(kWindowsMenuTitle),
-                                         kLogarchiveToolItem);
-    QVERIFY(tool);
-    tool->trigger();
-    tool->trigger();
-    const WindowControllers& windows = app.context().delegate().myArchWindow;
-    QCOMPARE(windows.size(), size_t{2});
-    QVERIFY(windows[0]->window() != windows[1]->window());
-    QCOMPARE(windows[1]->window()->windowTitle(), QString("Logarchive Tool"));
-    auto* first = static_cast<ArchViewController*>(windows[0]->contentViewController());
-    first->output().appendOutputText("only here");
-    QCOMPARE(static_cast<ArchViewController*>(windows[1]->contentViewController())->outputText(),
-             std::string());
-    // A closed window's controller stays.
-    windows[0]->window()->close();
-    QCOMPARE(windows.size(), size_t{2});
-  }
-
   void buildsCataloguesAndAnalysesThroughThePanels() {
     const fs::path root = standInRoot("14.4");
     TestApp app(root);
@@ -133,15 +111,6 @@ class ArchWindowTest : public QObject {
   }
 
   void fontSizeStepsWithinItsBoundsAndTheMenuReachesTheWindowInFront() {
-    const auto openedAt = [](std::optional<double> stored) {
-      TestApp app;
-      if (stored) (void)app.settings.setDouble(kArchFontSizeKey, *stored);
-      return openArch(app).theFontSize();
-    };
-    QCOMPARE(openedAt(3.5), 12.0);
-    QCOMPARE(openedAt(4.0), 4.0);
-    QCOMPARE(openedAt(std::nullopt), 12.0);
-
     TestApp app;
     (void)app.settings.setDouble(kArchFontSizeKey, 72.0);
     ArchViewController& arch = openArch(app);

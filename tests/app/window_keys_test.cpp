@@ -102,16 +102,6 @@ class WindowKeysTest : public QObject {
         }
       }
     }
-    // Found by the titles as written, without the marks.
-    QMenu* view = app.context().menu().menuTitled(kViewMenuTitle);
-    QVERIFY(view && view->title() == "&View");
-    QCOMPARE(MainMenu::itemTitled(view, kLimitEntriesItem)->text(),
-             QString("&Limit entries shown"));
-    // Save As has the platform's key, or one of its own where the platform has none.
-    const QList<QKeySequence> platform = QKeySequence::keyBindings(QKeySequence::SaveAs);
-    QCOMPARE(app.context().menu().action(MenuCommand::saveAs)->shortcuts(),
-             platform.isEmpty() ? QList{QKeySequence(QStringLiteral("Ctrl+Shift+S"))} : platform);
-    QVERIFY(keys.contains(QKeySequence(QStringLiteral("Ctrl+R"))));
   }
 
   void anEmptyWindowSaysWhatToDoAndTheLimitNoticeWhatWasCut() {

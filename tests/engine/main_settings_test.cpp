@@ -61,17 +61,6 @@ TEST(ResetFactorySettings, WritesInOrderThenPostsThenSetsTheWindow) {
   EXPECT_EQ(s.comboPredicate.rowCount(), 0);  // boxes reload only through the notification
 }
 
-TEST(ResetFactorySettings, Below13LeavesSignpostKeysAlone) {
-  MemorySettingsStore store;
-  EXPECT_TRUE(store.setBool(kShowSignpostsKey, true));
-  MainSettings s;
-  s.osVersion = 12;
-  ASSERT_TRUE(resetFactorySettings(s, store));
-  EXPECT_TRUE(store.boolValue(kShowSignpostsKey));
-  EXPECT_FALSE(store.contains(kFetchSignpostsKey));
-  EXPECT_EQ(store.namedList(kSpecStyleListKey).list, factoryStyleList(12));
-}
-
 TEST(LoadMainSettingsAtStart, StoredValuesAndTheirCorrections) {
   MemorySettingsStore store;
   seedStore(store, 0, 0, 0);
