@@ -3,10 +3,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <ctime>
 #include <map>
 #include <string>
-#include <vector>
 
 #include "platform/file_bytes.h"
 #include "platform/plist_value.h"
@@ -33,30 +31,11 @@ int64_t modifiedMicros(const fs::path& file) {
   return int64_t{info.st_mtim.tv_sec} * 1000000 + info.st_mtim.tv_nsec / 1000;
 }
 
-std::string utcSeconds(int64_t micros) {
-  const time_t seconds = micros / 1000000;
-  std::tm parts{};
-  gmtime_r(&seconds, &parts);
-  char text[32];
-  std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &parts);
-  return text;
-}
-
 // Exactly `digits` hexadecimal digits from `alphabet`, then `suffix`.
 bool isHexName(std::string_view name, size_t digits, std::string_view alphabet,
                std::string_view suffix) {
   return name.size() == digits + suffix.size() && name.ends_with(suffix) &&
          name.substr(0, digits).find_first_not_of(alphabet) == std::string_view::npos;
-}
-
-std::vector<std::string> split(const std::string& text, const std::string& separator) {
-  std::vector<std::string> pieces;
-  size_t from = 0;
-  for (size_t at; (at = text.find(separator, from)) != std::string::npos;
-       from = at + separator.size())
-    pieces.push_back(text.substr(from, at - from));
-  pieces.push_back(text.substr(from));
-  return pieces;
 }
 
 std::map<std::string, fs::path> traceFilesIn(const fs::path& folder) {
@@ -155,57 +134,6 @@ TEST_F(SystemLayout, StoreFilesReadBackWithTheEntriesOfTheirWindow) {
   ASSERT_FALSE(live->empty());
   for (const LogEntry& e : *live)
     EXPECT_TRUE(e.messageType == "Info" || e.messageType == "Debug");
-}
-
-// The statistics analysis of a logarchive, reduced to what it reads of a rotate record.
-TEST_F(SystemLayout, StatisticsRecordsReadAsTheAnalysisReadsThem) {
-  const fs::path diagnostics = at("var/db/diagnostics");
-  const auto persist = traceFilesIn(diagnostics / "Persist");
-  std::map<std::string, int> rotated;
-  int otherRecords = 0;
-  for (const char* statsFile : {"logdata.statistics.0.txt", "logdata.statistics.1.txt"}) {
-    const std::string text = readFile(diagnostics / statsFile);
-    ASSERT_TRUE(text.starts_with("--- !logd statistics record\n")) << statsFile;
-    for (const std::string& record : split(text, "--- !logd statistics record\n")) {
-      if (record.empty()) continue;
-      if (!record.starts_with("type  : File Rotate\nfile  : Persist/")) {
-        ++otherRecords;
-        continue;
-      }
-      const auto lines = split(record, "\n");
-      ASSERT_GE(lines.size(), 11u) << record;
-      const std::string name = split(lines[1], "/")[1];
-      const auto timeText = split(lines[2], ": ").at(1);
-      const std::string totalSize = split(lines[3], ": ").at(1);
-      ASSERT_TRUE(persist.count(name)) << name;
-      ++rotated[name];
-      const fs::path& file = persist.at(name);
-      EXPECT_EQ(timeText.substr(0, timeText.size() - 5), utcSeconds(modifiedMicros(file)));
-      EXPECT_EQ(totalSize, std::to_string(fs::file_size(file)));
-
-      uint64_t processBytes = 0;
-      for (size_t i = 5; i < std::min<size_t>(lines.size(), 25); ++i) {
-        if (lines[i].empty()) continue;
-        const auto pieces = split(lines[i], ",");
-        ASSERT_EQ(pieces.size(), 3u) << lines[i];
-        const std::string size = pieces[0].substr(8);
-        ASSERT_FALSE(size.empty()) << lines[i];
-        EXPECT_EQ(size.find_first_not_of("0123456789"), std::string::npos) << lines[i];
-        processBytes += std::stoull(size);
-        const double percent = std::stod(pieces[1]);
-        EXPECT_TRUE(percent >= 0 && percent <= 100) << lines[i];
-        const std::string path = pieces[2].substr(0, pieces[2].size() - 2);
-        EXPECT_FALSE(split(path, "/").back().empty()) << lines[i];
-      }
-      EXPECT_LE(processBytes, fs::file_size(file));
-    }
-  }
-  EXPECT_GT(otherRecords, 0);
-  // Every Persist file but the one still being written was rotated, once.
-  ASSERT_EQ(rotated.size(), persist.size() - 1);
-  EXPECT_EQ(rotated.count(persist.rbegin()->first), 0u);
-  for (const auto& [name, count] : rotated)
-    EXPECT_EQ(count, 1) << name;
 }
 
 TEST_F(SystemLayout, VersionReadsBackAndTheSameOptionsGiveTheSameFiles) {
