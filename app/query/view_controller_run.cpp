@@ -215,6 +215,7 @@ void ViewController::applyShown(ShownResult result, const StyledEntries& counts)
   tableModel_->setDarkColours(prefersDarkColours(ui_->resultTable->palette()));
   if (const AppDocument* owner = document())
     tableModel_->setResult(owner->record().theJSONDictionaries, &target);
+  fitTableColumns();
   if (counts.entryCount) ui_->entryCount->setText(qstring(*counts.entryCount));
   showLineCount();
   showNotice(counts.notice);
@@ -263,7 +264,7 @@ void ViewController::doConversion() {
                    {settings_.showLogEntries, settings_.showSignposts, settings_.showActivities});
   if (!csv) return;
   supersedeRestyles();
-  applyShown(ShownResult({std::move(*csv), {}}), StyledEntries{});
+  applyShown(ShownResult::csv(std::move(*csv)), StyledEntries{});
 }
 
 void ViewController::releaseReplacedMemory() {
