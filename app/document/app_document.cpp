@@ -111,7 +111,10 @@ void AppDocument::saveDocument() {
 void AppDocument::saveDocumentAs() {
   QWidget* parent = controllers_.empty() ? nullptr : controllers_.front()->window();
   const bool csv = record_.shown.isCsv();
-  SavePanelRequest request{"Save As", displayName(), saveTypes(csv), true};
+  // A log read from "x.json" proposes "x": kept as typed, its extension would make the saved
+  // text pass for the JSON it came from, even replace it.
+  const std::string name = record_.sourceFile ? record_.sourceFile->stem().string() : displayName();
+  SavePanelRequest request{"Save As", name, saveTypes(csv), true};
   // After a conversion CSV comes first; else the type of the last save, as the panel remembers it.
   const std::string_view first = csv ? kCsvType : std::string_view(fileType_);
   const auto proposed = std::find_if(request.types.begin(), request.types.end(),

@@ -8,6 +8,7 @@
 #include <QTimer>
 
 #include "app/document/app_document.h"
+#include "app/document/document_controller.h"
 #include "app/query/view_controller.h"
 #include "app/shell/file_panels.h"
 #include "app/shell/window_controller.h"
@@ -103,6 +104,17 @@ class SaveAsTest : public QObject {
     QCOMPARE(app.panels.saveRequests.back().types.size(), size_t{2});
     QCOMPARE(readFile(csvFile), *expected);
     QVERIFY(app.alerts.shown.empty());
+  }
+
+  void aLogReadFromAFileProposesItsNameWithoutExtension() {
+    TestApp app;
+    TempFolder folder;
+    writeFile(folder.path() / "sent log.json", kTwoEntries);
+    app.context().documents().openJsonLog(folder.path() / "sent log.json");
+    QVERIFY(QTest::qWaitFor([&] { return app.context().documents().opensInFlight() == 0; }, 20000));
+    AppDocument* document = app.context().documents().documents().back().get();
+    document->saveDocumentAs();
+    QCOMPARE(app.panels.saveRequests.back().proposedName, std::string("sent log"));
   }
 
   void aTypedExtensionIsKept() {
