@@ -58,11 +58,13 @@ void ViewController::setTableMode() {
 void ViewController::fitTableColumns() {
   if (!tableMode_) return;
   QTableView* table = ui_->resultTable;
-  table->resizeColumnsToContents();
-  // A long message must not push the other columns off screen; the user may widen it.
+  // The last column keeps stretching to the edge; a long message must not push the others off
+  // screen, though the user may widen them.
   const int widest = std::max(table->viewport()->width() / 2, 200);
-  for (int column = 0; column < tableModel_->columnCount(); ++column)
+  for (int column = 0; column + 1 < tableModel_->columnCount(); ++column) {
+    table->resizeColumnToContents(column);
     if (table->columnWidth(column) > widest) table->setColumnWidth(column, widest);
+  }
 }
 
 void ViewController::showEntryDetail(size_t shownIndex) {

@@ -204,6 +204,7 @@ class ResultViewTest : public QObject {
     QVERIFY(table.columnWidth(0) < table.columnWidth(1));
     QVERIFY(table.columnWidth(1) > table.fontMetrics().horizontalAdvance("com.example.sign"));
     QCOMPARE(header.sectionResizeMode(0), QHeaderView::Interactive);
+    QCOMPARE(header.sectionViewportPosition(2) + header.sectionSize(2), header.viewport()->width());
     header.resizeSection(0, 333);
     QCOMPARE(table.columnWidth(0), 333);
     // A restyle fits the new columns.
