@@ -1,6 +1,8 @@
 #include "app/document/app_document.h"
 
 #include <QPointer>
+#include <QStatusBar>
+#include <algorithm>
 
 #include "app/query/result_view.h"
 #include "app/query/view_controller.h"
@@ -8,6 +10,7 @@
 #include "app/shell/app_context.h"
 #include "app/shell/file_panels.h"
 #include "app/shell/main_menu.h"
+#include "app/shell/qt_text.h"
 #include "app/shell/window_controller.h"
 #include "app/shell/window_registry.h"
 #include "engine/document/chart_data.h"
@@ -27,9 +30,12 @@ Error documentError() {
   return Error{ErrorKind::io, documentErrorDescription()};
 }
 
-std::vector<SaveType> saveTypes() {
-  return {{std::string(kPlainTextType), "Plain Text", "txt"},
-          {std::string(kRtfType), "Rich Text Format (RTF)", "rtf"}};
+// CSV only while the view shows it: the types the panel offers for what is shown.
+std::vector<SaveType> saveTypes(bool csv) {
+  std::vector<SaveType> types{{std::string(kPlainTextType), "Plain Text", "txt"},
+                              {std::string(kRtfType), "Rich Text Format (RTF)", "rtf"}};
+  if (csv) types.push_back({std::string(kCsvType), "CSV", "csv"});
+  return types;
 }
 
 }  // namespace
@@ -76,6 +82,10 @@ Expected<std::string> AppDocument::dataOfType(std::string_view typeName) {
       saveTrailer(controller->theNowStr(), controller->theFullCmdStr(), record_.sourceFile);
   ShownResult& shown = record_.shown;
   if (typeName == kPlainTextType) return shown.text() + trailer;
+  if (typeName == kCsvType) {
+    if (!shown.isCsv()) return documentError();
+    return std::string(shown.ownText());
+  }
   // The trailer becomes part of what is shown, so each further styled save carries one more.
   shown.appendUnfonted(trailer);
   ResultView& view = controller->resultView();
@@ -90,7 +100,8 @@ Status AppDocument::readFromData(std::string_view, std::string_view) {
 }
 
 void AppDocument::saveDocument() {
-  if (fileUrl_) {
+  // A CSV file is saved again only while the view still shows CSV.
+  if (fileUrl_ && (fileType_ != kCsvType || record_.shown.isCsv())) {
     (void)saveTo(*fileUrl_, fileType_);
     return;
   }
@@ -99,16 +110,23 @@ void AppDocument::saveDocument() {
 
 void AppDocument::saveDocumentAs() {
   QWidget* parent = controllers_.empty() ? nullptr : controllers_.front()->window();
-  SavePanelRequest request{"Save As", displayName(), saveTypes(), true};
-  // The type of the last save comes first, as the panel remembers it.
-  if (fileType_ == kRtfType) std::swap(request.types[0], request.types[1]);
+  const bool csv = record_.shown.isCsv();
+  // A log read from "x.json" proposes "x": kept as typed, its extension would make the saved
+  // text pass for the JSON it came from, even replace it.
+  const std::string name = record_.sourceFile ? record_.sourceFile->stem().string() : displayName();
+  SavePanelRequest request{"Save As", name, saveTypes(csv), true};
+  // After a conversion CSV comes first; else the type of the last save, as the panel remembers it.
+  const std::string_view first = csv ? kCsvType : std::string_view(fileType_);
+  const auto proposed = std::find_if(request.types.begin(), request.types.end(),
+                                     [&](const SaveType& type) { return type.typeName == first; });
+  if (proposed != request.types.end()) std::rotate(request.types.begin(), proposed, proposed + 1);
   const auto choice = app_.panels().runSavePanel(request, parent);
   if (!choice) return;
   (void)saveTo(choice->path, choice->typeName);
 }
 
 bool AppDocument::saveTo(const std::filesystem::path& path, const std::string& typeName) {
-  QWidget* parent = controllers_.empty() ? nullptr : controllers_.front()->window();
+  ControllerWindow* parent = controllers_.empty() ? nullptr : controllers_.front()->window();
   auto data = dataOfType(typeName);
   Status written =
       data ? replaceFileDurably(path, *data, nullptr, kUserFileMode) : Status(data.error());
@@ -120,6 +138,7 @@ bool AppDocument::saveTo(const std::filesystem::path& path, const std::string& t
   }
   fileUrl_ = path;
   fileType_ = typeName;
+  if (parent) parent->statusBar()->showMessage(qstring(savedStatus(path)));
   return true;
 }
 

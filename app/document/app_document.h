@@ -45,15 +45,17 @@ class AppDocument final : public QObject {
   std::string displayName() const;
 
   // The bytes of a save in the given type: the result view's text and the trailer. A styled save
-  // appends the trailer to the view first. Fails with the document error when there is no main
-  // window controller or the conversion gives nothing.
+  // appends the trailer to the view first. CSV is the converted text alone. Fails with the document
+  // error when there is no main window controller or the conversion gives nothing.
   Expected<std::string> dataOfType(std::string_view typeName);
   // Saved files are output only: reading always fails with the document error.
   static Status readFromData(std::string_view data, std::string_view typeName);
 
-  // Save: to the file of the last save in its type, else as Save As.
+  // Save: to the file of the last save in its type, else as Save As. The window's status then
+  // says where the file went.
   void saveDocument();
-  // Save As: the panel proposes the display name with plain text or RTF.
+  // Save As: the panel proposes the display name with plain text or RTF, and CSV while the view
+  // shows the CSV text.
   void saveDocumentAs();
   // Closes every window of the document, then the document.
   void close();

@@ -18,6 +18,8 @@ namespace kavor::app {
 EntryDetailView::EntryDetailView(QWidget* parent)
     : QWidget(parent), title_(new QLabel(this)), tree_(new QTreeWidget(this)) {
   auto* bar = new QHBoxLayout;
+  // The title gives way to the buttons: however narrow the pane, Copy and Close stay whole.
+  title_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   bar->addWidget(title_, 1);
   auto* copyButton = new QPushButton(tr("Copy"), this);
   connect(copyButton, &QPushButton::clicked, this, &EntryDetailView::copy);
@@ -59,6 +61,7 @@ void EntryDetailView::showEntry(const EntryList& entries, size_t entry, const QS
   }
   tree_->expandAll();
   title_->setText(title);
+  title_->setToolTip(title);
   show();
 }
 

@@ -239,6 +239,12 @@ size_t ResultView::firstVisibleLine() const {
   return static_cast<size_t>(verticalScrollBar()->value());
 }
 
+std::pair<QString, QList<QTextLayout::FormatRange>> ResultView::paintedLine(size_t line) const {
+  QTextLayout layout;
+  layoutLine(layout, line);
+  return {layout.text(), layout.formats()};
+}
+
 void ResultView::scrollToLine(size_t line) {
   verticalScrollBar()->setValue(static_cast<int>(line));
 }

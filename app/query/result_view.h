@@ -6,13 +6,12 @@
 #include <QAbstractScrollArea>
 #include <QFont>
 #include <QString>
+#include <QTextLayout>
 #include <cstddef>
 #include <utility>
 #include <vector>
 
 #include "engine/document/rtf_writer.h"
-
-class QTextLayout;
 
 namespace kavor {
 class ShownResult;
@@ -50,6 +49,8 @@ class ResultView final : public QAbstractScrollArea {
   void setHighlights(std::vector<Range> ranges, size_t current);
   QString selectedText() const;
   size_t firstVisibleLine() const;
+  // A line as it is painted: its text in one row and the formats laid over it.
+  std::pair<QString, QList<QTextLayout::FormatRange>> paintedLine(size_t line) const;
   void scrollToLine(size_t line);
 
  public slots:

@@ -155,6 +155,8 @@ class ViewController final : public QWidget {
   // The entry limit's notice above the result, or none.
   void showLimitNotice(const std::optional<std::string>& notice);
   void showLineCount();
+  // In table mode: each column as wide as its widest cell on screen, to a bound.
+  void fitTableColumns();
   // Once the event in hand is done, gives the memory freed by a replaced result (its entries,
   // text, view and chart data, wherever their threads freed them) back to the system.
   void releaseReplacedMemory();

@@ -216,6 +216,7 @@ void ViewController::applyShown(ShownResult result, const StyledEntries& counts)
   target = std::move(result);
   resultView().setResult(&target);
   fillTable();
+  fitTableColumns();
   if (counts.entryCount) ui_->entryCount->setText(qstring(*counts.entryCount));
   showLineCount();
   showNotice(counts.notice);
@@ -264,7 +265,7 @@ void ViewController::doConversion() {
                    {settings_.showLogEntries, settings_.showSignposts, settings_.showActivities});
   if (!csv) return;
   supersedeRestyles();
-  applyShown(ShownResult({std::move(*csv), {}}), StyledEntries{});
+  applyShown(ShownResult::csv(std::move(*csv)), StyledEntries{});
 }
 
 void ViewController::releaseReplacedMemory() {

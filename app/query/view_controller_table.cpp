@@ -4,6 +4,7 @@
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QTableView>
+#include <algorithm>
 
 #include "app/document/app_document.h"
 #include "app/query/entry_detail_view.h"
@@ -14,6 +15,14 @@
 #include "ui_document_window.h"
 
 namespace kavor::app {
+
+namespace {
+
+// Columns are fitted to the first rows on screen, at most this many: a screenful's cost, never
+// the whole result's.
+constexpr int kFittedRows = 200;
+
+}  // namespace
 
 void ViewController::connectResultViews() {
   tableModel_ = new EntryTableModel(this);
@@ -27,6 +36,7 @@ void ViewController::connectResultViews() {
   resetRowHeader();
   table->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
   table->horizontalHeader()->setStretchLastSection(true);
+  table->horizontalHeader()->setResizeContentsPrecision(kFittedRows);
   connect(table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
           [this](const QModelIndex& current) {
             if (current.isValid()) showEntryDetail(static_cast<size_t>(current.row()));
@@ -59,7 +69,20 @@ void ViewController::setTableMode() {
   ui_->resultStack->setCurrentWidget(tableMode_ ? static_cast<QWidget*>(ui_->resultTable)
                                                 : ui_->theResText);
   ui_->resultStack->currentWidget()->setFocus();
+  fitTableColumns();
   refreshViewMenu();
+}
+
+void ViewController::fitTableColumns() {
+  if (!tableMode_) return;
+  QTableView* table = ui_->resultTable;
+  // The last column keeps stretching to the edge; a long message must not push the others off
+  // screen, though the user may widen them.
+  const int widest = std::max(table->viewport()->width() / 2, 200);
+  for (int column = 0; column + 1 < tableModel_->columnCount(); ++column) {
+    table->resizeColumnToContents(column);
+    if (table->columnWidth(column) > widest) table->setColumnWidth(column, widest);
+  }
 }
 
 void ViewController::showEntryDetail(size_t shownIndex) {

@@ -94,10 +94,16 @@ std::optional<SaveChoice> DialogFilePanels::runSavePanel(const SavePanelRequest&
   if (!filters.isEmpty()) suffixFor(filters.front());
   dialog.selectFile(QString::fromStdString(request.proposedName));
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
-  const size_t index = typeOf(dialog.selectedNameFilter());
+  const QString chosen = dialog.selectedFiles().front();
+  size_t index = typeOf(dialog.selectedNameFilter());
+  // A name typed with another offered type's extension ("log.csv") is saved in that type.
+  const QString suffix = QFileInfo(chosen).suffix();
+  for (size_t i = 0; i < request.types.size(); ++i)
+    if (suffix.compare(QString::fromStdString(request.types[i].extension), Qt::CaseInsensitive) ==
+        0)
+      index = i;
   if (index >= request.types.size()) return std::nullopt;
-  const SaveType& type = request.types[index];
-  return SaveChoice{dialog.selectedFiles().front().toStdString(), type.typeName};
+  return SaveChoice{chosen.toStdString(), request.types[index].typeName};
 }
 
 }  // namespace kavor::app

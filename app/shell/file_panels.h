@@ -35,7 +35,7 @@ struct SavePanelRequest {
 };
 
 struct SaveChoice {
-  std::filesystem::path path;  // with the chosen type's extension when the name had none
+  std::filesystem::path path;  // as typed, with the chosen type's extension if it had none
   std::string typeName;
 };
 

@@ -15,4 +15,8 @@ std::string saveTrailer(std::string_view theNowStr, const std::vector<std::strin
   return trailer;
 }
 
+std::string savedStatus(const std::filesystem::path& path) {
+  return "Saved to " + path.string();
+}
+
 }  // namespace kavor

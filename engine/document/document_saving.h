@@ -12,6 +12,9 @@ namespace kavor {
 
 inline constexpr std::string_view kPlainTextType = "public.plain-text";
 inline constexpr std::string_view kRtfType = "public.rtf";
+// Offered while the window shows the CSV text; it is saved as it is shown, without a trailer,
+// which would make it invalid CSV.
+inline constexpr std::string_view kCsvType = "public.comma-separated-values-text";
 
 // Saving or opening fails with this code of the OSStatus error domain, with no user information.
 inline constexpr int kDocumentErrorCode = -4;
@@ -21,5 +24,8 @@ inline constexpr int kDocumentErrorCode = -4;
 // read from a saved JSON log say "\nAt " + theNowStr + " from " + its path instead.
 std::string saveTrailer(std::string_view theNowStr, const std::vector<std::string>& theFullCmdStr,
                         const std::optional<std::filesystem::path>& sourceFile = std::nullopt);
+
+// What the window's status says after a save: "Saved to PATH".
+std::string savedStatus(const std::filesystem::path& path);
 
 }  // namespace kavor

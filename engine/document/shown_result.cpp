@@ -32,6 +32,12 @@ ShownResult::ShownResult(StyledText text, std::vector<StyleColumn> columns,
   indexFrom(0);
 }
 
+ShownResult ShownResult::csv(std::string text) {
+  ShownResult result(StyledText{std::move(text), {}});
+  result.csv_ = true;
+  return result;
+}
+
 void ShownResult::indexFrom(size_t line) {
   lineStarts_.resize(line + 1);
   const std::string_view text = styled_.text;

@@ -24,8 +24,14 @@ class ShownResult {
   explicit ShownResult(StyledText text, std::vector<StyleColumn> columns = {},
                        std::vector<ShownEntry> shown = {});
 
+  // The CSV text of a conversion, shown without colours.
+  static ShownResult csv(std::string text);
+  bool isCsv() const { return csv_; }
+
   const StyledText& styled() const { return styled_; }
   const std::string& text() const { return styled_.text; }
+  // The text as styled or converted, without the trailers that styled saves appended.
+  std::string_view ownText() const { return std::string_view(styled_.text).substr(0, entriesEnd_); }
   // Bytes before this carry the view's font; later ones, the appended trailers, do not.
   size_t fontedLength() const { return fontedLength_; }
 
@@ -65,6 +71,7 @@ class ShownResult {
   std::vector<StyleColumn> columns_;
   std::vector<ShownEntry> shown_;
   size_t entriesEnd_ = 0;  // where the entries' text ends and trailers begin
+  bool csv_ = false;
 };
 
 }  // namespace kavor
