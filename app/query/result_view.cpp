@@ -79,11 +79,13 @@ void ResultView::resultReplaced() {
   verticalScrollBar()->setValue(0);
   horizontalScrollBar()->setValue(0);
   viewport()->update();
+  emit resultChanged();
 }
 
 void ResultView::resultAppended() {
   updateScrollRanges();
   viewport()->update();
+  emit resultChanged();
 }
 
 void ResultView::applyFont(const QFont& font) {
@@ -265,6 +267,11 @@ void ResultView::select(Range range) {
 
 void ResultView::setHighlights(std::vector<Range> ranges, size_t current) {
   highlights_ = std::move(ranges);
+  currentHighlight_ = current;
+  viewport()->update();
+}
+
+void ResultView::setCurrentHighlight(size_t current) {
   currentHighlight_ = current;
   viewport()->update();
 }

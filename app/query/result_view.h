@@ -48,6 +48,9 @@ class ResultView final : public QAbstractScrollArea {
   void select(Range range);
   // Ranges painted as found text, sorted and apart; current is painted stronger.
   void setHighlights(std::vector<Range> ranges, size_t current);
+  const std::vector<Range>& highlights() const { return highlights_; }
+  size_t currentHighlight() const { return currentHighlight_; }
+  void setCurrentHighlight(size_t current);
   QString selectedText() const;
   size_t firstVisibleLine() const;
   void scrollToLine(size_t line);
@@ -59,6 +62,8 @@ class ResultView final : public QAbstractScrollArea {
  signals:
   // A double click on a line: the byte offset clicked.
   void lineActivated(size_t offset);
+  // The result was replaced or grew: offsets into the old text may mean something else now.
+  void resultChanged();
 
  protected:
   void paintEvent(QPaintEvent* event) override;
