@@ -58,7 +58,7 @@ void FindWord(benchmark::State& state) {
 }
 
 void FindWordMatchCase(benchmark::State& state) {
-  findBenchmark(state, {"Failed", true, false, {}});
+  findBenchmark(state, {"failed", true, false, {}});
 }
 
 void FindAccented(benchmark::State& state) {

@@ -3,6 +3,8 @@
 #include <unicode/brkiter.h>
 #include <unicode/locid.h>
 #include <unicode/normalizer2.h>
+#include <unicode/uchar.h>
+#include <unicode/uniset.h>
 #include <unicode/unistr.h>
 #include <unicode/utf8.h>
 
@@ -15,9 +17,15 @@ namespace kavor {
 
 namespace {
 
+// Eight bytes at a time: find asks this of every line of the text.
 bool isAscii(std::string_view text) {
-  for (const char c : text)
-    if (static_cast<uint8_t>(c) >= 0x80) return false;
+  size_t at = 0;
+  for (uint64_t word; at + sizeof word <= text.size(); at += sizeof word) {
+    std::memcpy(&word, text.data() + at, sizeof word);
+    if (word & 0x8080808080808080u) return false;
+  }
+  for (; at < text.size(); ++at)
+    if (static_cast<uint8_t>(text[at]) >= 0x80) return false;
   return true;
 }
 
@@ -32,6 +40,69 @@ char upperAscii(char c) {
 // In ASCII text every byte is a character of its own but for a CR LF pair.
 bool insideLineEnd(std::string_view text, size_t at) {
   return at > 0 && at < text.size() && text[at - 1] == '\r' && text[at] == '\n';
+}
+
+// Characters beyond ASCII whose folded form is all ASCII: ß, the ligature ﬁ, the Kelvin sign, the
+// Greek question mark. Only they can take part in a match of an ASCII needle, since any other
+// character beyond ASCII keeps something beyond ASCII when folded.
+const icu::UnicodeSet& foldingToAscii() {
+  static const icu::UnicodeSet set = [] {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::UnicodeSet candidates(
+        u"[[:Changes_When_Casefolded:][:Changes_When_NFKC_Casefolded:]-[\\u0000-\\u007F]]", status);
+    const icu::Normalizer2* nfc = icu::Normalizer2::getNFCInstance(status);
+    const icu::Normalizer2* nfd = icu::Normalizer2::getNFDInstance(status);
+    icu::UnicodeSet found;
+    if (U_FAILURE(status)) return found;
+    for (int32_t range = 0; range < candidates.getRangeCount(); ++range) {
+      for (UChar32 c = candidates.getRangeStart(range); c <= candidates.getRangeEnd(range); ++c) {
+        icu::UnicodeString folded = nfc->normalize(icu::UnicodeString(c), status).foldCase();
+        folded = nfd->normalize(folded, status);
+        bool ascii = U_SUCCESS(status);
+        for (int32_t i = 0; ascii && i < folded.length(); ++i)
+          ascii = folded[i] < 0x80;
+        if (ascii) found.add(c);
+      }
+    }
+    found.freeze();
+    return found;
+  }();
+  return set;
+}
+
+bool holdsFoldingToAscii(std::string_view text) {
+  const icu::UnicodeSet& set = foldingToAscii();
+  const auto length = static_cast<int32_t>(text.size());
+  for (int32_t at = 0; at < length;) {
+    if (static_cast<uint8_t>(text[static_cast<size_t>(at)]) < 0x80) {
+      ++at;
+      continue;
+    }
+    UChar32 c;
+    U8_NEXT(text.data(), at, length, c);
+    if (c >= 0 && set.contains(c)) return true;
+  }
+  return false;
+}
+
+// Whether a user-perceived character begins at an ASCII character or at the end of an ASCII one:
+// always but after a prepended mark, and before a combining, spacing or joining mark.
+bool boundaryBeforeAscii(std::string_view text, size_t at) {
+  if (at == 0 || static_cast<uint8_t>(text[at - 1]) < 0x80) return true;
+  auto i = static_cast<int32_t>(at);
+  UChar32 c;
+  U8_PREV(text.data(), 0, i, c);
+  return c < 0 || u_getIntPropertyValue(c, UCHAR_GRAPHEME_CLUSTER_BREAK) != U_GCB_PREPEND;
+}
+
+bool boundaryAfterAscii(std::string_view text, size_t at) {
+  if (at == text.size() || static_cast<uint8_t>(text[at]) < 0x80) return true;
+  auto i = static_cast<int32_t>(at);
+  UChar32 c;
+  U8_NEXT(text.data(), i, static_cast<int32_t>(text.size()), c);
+  if (c < 0) return true;
+  const auto kind = u_getIntPropertyValue(c, UCHAR_GRAPHEME_CLUSTER_BREAK);
+  return kind != U_GCB_EXTEND && kind != U_GCB_ZWJ && kind != U_GCB_SPACING_MARK;
 }
 
 }  // namespace
@@ -183,7 +254,13 @@ CaselessText::CaselessText(std::string_view needle, std::string_view locale) {
   folded_->nfd = icu::Normalizer2::getNFDInstance(status);
   folded_->turkic = turkic;
   if (turkic) folded_->foldOptions = U_FOLD_CASE_EXCLUDE_SPECIAL_I;
-  if (U_FAILURE(status) || !folded_->fold(needle, folded_->needle)) folded_.reset();
+  if (U_FAILURE(status) || !folded_->fold(needle, folded_->needle)) {
+    folded_.reset();
+    return;
+  }
+  // Turkic ASCII I folds beyond ASCII, so there ASCII text may hold any needle.
+  for (int32_t i = 0; !turkic && i < folded_->needle.length(); ++i)
+    needsOthers_ = needsOthers_ || folded_->needle[i] >= 0x80;
 }
 
 CaselessText::~CaselessText() = default;
@@ -229,18 +306,29 @@ bool CaselessText::foundIn(std::string_view text) {
   return folded_->foundIn(message);
 }
 
+void CaselessText::forEachAmongOthers(std::string_view text,
+                                      const std::function<bool(size_t, size_t)>& found) const {
+  const size_t n = lowerAscii_.size();
+  for (size_t at = nextAsAscii(text, 0); at != std::string_view::npos;) {
+    if (boundaryBeforeAscii(text, at) && boundaryAfterAscii(text, at + n)) {
+      if (!found(at, at + n)) return;
+      at = nextAsAscii(text, at + n);
+    } else {
+      at = nextAsAscii(text, at + 1);
+    }
+  }
+}
+
 void CaselessText::forEachIn(std::string_view text,
                              const std::function<bool(size_t, size_t)>& found) {
-  if (empty_) return;
-  if (asciiPath_ && isAscii(text)) {
-    const size_t n = lowerAscii_.size();
-    for (size_t at = nextAsAscii(text, 0); at != std::string_view::npos;
-         at = nextAsAscii(text, at + n))
-      if (!found(at, at + n)) return;
+  // ICU measures text in 32-bit units; a single line of 2 GB is past finding in.
+  if (empty_ || text.size() > INT32_MAX) return;
+  const bool ascii = isAscii(text);
+  if (asciiPath_ && (ascii || !holdsFoldingToAscii(text))) {
+    forEachAmongOthers(text, found);
     return;
   }
-  // ICU measures text in 32-bit units; a single line of 2 GB is past finding in.
-  if (!folded_ || folded_->needle.isEmpty() || text.size() > INT32_MAX) return;
+  if (!folded_ || folded_->needle.isEmpty() || (ascii && needsOthers_)) return;
   // Most lines hold no match: a fold of the whole line tells, before the fold of each character.
   icu::UnicodeString message;
   if (!folded_->fold(text, message) || message.indexOf(folded_->needle) < 0) return;

@@ -32,10 +32,14 @@ class CaselessText {
   struct Folded;
   // Where the needle next occurs at or after from, in ASCII text; npos when nowhere.
   size_t nextAsAscii(std::string_view text, size_t from) const;
+  // The ASCII needle in text whose other characters cannot fold into any part of it.
+  void forEachAmongOthers(std::string_view text,
+                          const std::function<bool(size_t, size_t)>& found) const;
 
   std::string lowerAscii_;  // the needle in ASCII lower case, when the byte path may be used
   bool asciiPath_ = false;
   bool empty_ = true;
+  bool needsOthers_ = false;  // the folded needle holds characters beyond ASCII
   std::unique_ptr<Folded> folded_;
 };
 

@@ -52,6 +52,15 @@ TEST(TextSearch, CaselessMatchesAreWholeCharactersInTheTextsBytes) {
   // "e" alone is not the first half of "é": only the plain cafe on the last line.
   EXPECT_EQ(rangesOf(text, plain("cafe")), (Ranges{{24, 28}}));
   EXPECT_EQ(rangesOf(text, plain("\xC3\xBC")), (Ranges{{0, 2}}));
+  // An ASCII needle among other characters: those that fold to ASCII (ß, the Kelvin sign) take
+  // part; a combining mark after a letter keeps the letter from ending a match.
+  const std::string others =
+      "\xE2\x86\x92 Stra\xC3\x9F"
+      "e 5\xE2\x84\xAA OK stra\xC3\x9F"
+      "e\xCC\x81";
+  EXPECT_EQ(rangesOf(others, plain("STRASSE")), (Ranges{{4, 11}}));
+  EXPECT_EQ(rangesOf(others, plain("5k ok")), (Ranges{{12, 19}}));
+  EXPECT_EQ(rangesOf(others, plain("ok stra")), (Ranges{{17, 24}}));
 }
 
 // ^ and $ are each line's ends, whatever breaks it; empty matches are not kept.
