@@ -29,8 +29,8 @@ QToolButton* toolButton(QWidget* parent, QStyle::StandardPixmap icon, const QStr
 FindBar::FindBar(QWidget* parent)
     : QWidget(parent),
       field_(new QLineEdit(this)),
-      matchCase_(new QCheckBox(tr("Match Case"), this)),
-      regularExpression_(new QCheckBox(tr("Regular Expression"), this)),
+      matchCase_(new QCheckBox(tr("Match &Case"), this)),
+      regularExpression_(new QCheckBox(tr("&Regular Expression"), this)),
       status_(new QLabel(this)),
       previous_(toolButton(this, QStyle::SP_ArrowUp, tr("Previous Match (Shift+F3)"))),
       next_(toolButton(this, QStyle::SP_ArrowDown, tr("Next Match (F3)"))),
@@ -38,6 +38,11 @@ FindBar::FindBar(QWidget* parent)
   field_->setPlaceholderText(tr("Find"));
   field_->setClearButtonEnabled(true);
   field_->installEventFilter(this);
+  // The switches and buttons leave the focus in the field, so that typing goes on there; the
+  // keyboard reaches them by their mnemonics and keys.
+  for (QWidget* control :
+       std::initializer_list<QWidget*>{matchCase_, regularExpression_, previous_, next_, close_})
+    control->setFocusPolicy(Qt::NoFocus);
   status_->setMinimumWidth(status_->fontMetrics().horizontalAdvance(QStringLiteral("0")) * 16);
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 2, 0, 2);

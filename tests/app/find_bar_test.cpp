@@ -123,6 +123,11 @@ class FindBarTest : public QObject {
     QCOMPARE(chart.count(), 0);
     QCOMPARE(w.current(), QString("Flux"));
     QCOMPARE(w.view.resultView().selection(), marks.front());
+    // The switches' mnemonics leave the focus in the field.
+    QTest::keySequence(w.window, QKeySequence(QStringLiteral("Alt+C")));
+    QTRY_VERIFY(w.view.findBar().matchCase()->isChecked());  // a mnemonic clicks a moment later
+    QCOMPARE(w.found(), QString("1 of 25000"));
+    QCOMPARE(QApplication::focusWidget(), w.view.findBar().field());
   }
 
   void caseAndRegularExpressions() {
