@@ -81,11 +81,13 @@ void ResultView::resultReplaced() {
   horizontalScrollBar()->setValue(0);
   fitScrollRanges();
   viewport()->update();
+  emit resultChanged();
 }
 
 void ResultView::resultAppended() {
   fitScrollRanges();
   viewport()->update();
+  emit resultChanged();
 }
 
 void ResultView::applyFont(const QFont& font) {
@@ -288,6 +290,11 @@ void ResultView::select(Range range) {
 
 void ResultView::setHighlights(std::vector<Range> ranges, size_t current) {
   highlights_ = std::move(ranges);
+  currentHighlight_ = current;
+  viewport()->update();
+}
+
+void ResultView::setCurrentHighlight(size_t current) {
   currentHighlight_ = current;
   viewport()->update();
 }

@@ -47,6 +47,9 @@ class ResultView final : public QAbstractScrollArea {
   void select(Range range);
   // Ranges painted as found text, sorted and apart; current is painted stronger.
   void setHighlights(std::vector<Range> ranges, size_t current);
+  const std::vector<Range>& highlights() const { return highlights_; }
+  size_t currentHighlight() const { return currentHighlight_; }
+  void setCurrentHighlight(size_t current);
   QString selectedText() const;
   size_t firstVisibleLine() const;
   // A line as it is painted: its text in one row and the formats laid over it.
@@ -60,6 +63,8 @@ class ResultView final : public QAbstractScrollArea {
  signals:
   // A double click on a line: the byte offset clicked.
   void lineActivated(size_t offset);
+  // The result was replaced or grew: offsets into the old text may mean something else now.
+  void resultChanged();
 
  protected:
   void paintEvent(QPaintEvent* event) override;

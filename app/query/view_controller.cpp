@@ -46,11 +46,14 @@ ViewController::ViewController(AppContext& app, QWidget* parent)
   setUpNotices();
   connectControls();
   connectResultViews();
+  setUpFind();
 }
 
-// A restyle still running ends at once instead of spending its budget on a closed window.
+// A restyle or search still running ends at once instead of spending its time on a closed
+// window.
 ViewController::~ViewController() {
   restyleStop_.request_stop();
+  findStop_.request_stop();
 }
 
 ResultView& ViewController::resultView() const {

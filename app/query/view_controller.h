@@ -15,6 +15,7 @@
 
 #include "engine/core/date_format.h"
 #include "engine/document/shown_result.h"
+#include "engine/document/text_search.h"
 #include "engine/query/entry_styler.h"
 #include "engine/query/log_fetch.h"
 #include "engine/query/log_file.h"
@@ -35,6 +36,7 @@ namespace kavor::app {
 class AppContext;
 class AppDocument;
 class EntryTableModel;
+class FindBar;
 class ResultView;
 
 class ViewController final : public QWidget {
@@ -77,6 +79,9 @@ class ViewController final : public QWidget {
   // The detail pane shows the entry of a shown entry's position, or of a byte of the text.
   void showEntryDetail(size_t shownIndex);
   void showDetailAt(size_t textOffset);
+  FindBar& findBar() const;
+  // A search is due or runs off the main thread, and its matches are not shown yet.
+  bool finding() const { return finding_; }
   // The time a restyle's filter may spend matching; tests hand in one on their own clock.
   void setFilterBudget(FilterBudget budget) { filterBudget_ = std::move(budget); }
 
@@ -107,6 +112,13 @@ class ViewController final : public QWidget {
   void getLogButton();
   void setStyleCombo();
   void setFilterCombo();
+  // Edit > Find: the find bar with its text focused. Find Next and Previous step through the
+  // matches, round from the last to the first; with the bar closed they open it.
+  void showFind();
+  void findNext();
+  void findPrevious();
+  // Closes the bar and takes the marks away.
+  void closeFind();
 
   void refreshViewMenu();
   void refreshResults();
@@ -161,6 +173,16 @@ class ViewController final : public QWidget {
   // text, view and chart data, wherever their threads freed them) back to the system.
   void releaseReplacedMemory();
   void completeLogShow(LogShowOutput&& output, const std::shared_ptr<const Run>& run);
+  void setUpFind();
+  // Searches the shown text for what the find bar asks: at once when the text is small, else
+  // on the processing queue; a search still running is stopped and its matches dropped.
+  void runFind();
+  // The shown text changed: the open search runs again once the event in hand is done.
+  void findAgainLater();
+  void showFound(Expected<TextMatches> found);
+  void stepFind(bool forward);
+  // The current match selected, scrolled to, and counted.
+  void showCurrentMatch();
   // What a fetch's or an opened file's completion says to show.
   void showCompletion(LogShowCompletion& done, AppDocument& owner);
 
@@ -186,6 +208,15 @@ class ViewController final : public QWidget {
   ShownResult noResult_;  // shown by a window without a document
   EntryTableModel* tableModel_ = nullptr;
   bool tableMode_ = false;
+  // Find: the matches live in the result view as its marks. A search's generation drops the
+  // matches of one superseded before they arrived; the text a search off the main thread reads
+  // is a copy, made once per shown text, since the document may replace its own meanwhile.
+  uint64_t findGeneration_ = 0;
+  std::stop_source findStop_;
+  bool finding_ = false;
+  bool findAgainQueued_ = false;
+  MatchCount foundCount_;
+  std::shared_ptr<const std::string> findText_;
 };
 
 }  // namespace kavor::app

@@ -45,6 +45,14 @@ QList<QKeySequence> getLogKeys() {
   return keys;
 }
 
+// F3 and Ctrl+G, as find bars take them, and the platform's own key where that is another.
+QList<QKeySequence> findNextKeys() {
+  QList<QKeySequence> keys{QKeySequence(Qt::Key_F3), QKeySequence(QStringLiteral("Ctrl+G"))};
+  for (const QKeySequence& key : QKeySequence::keyBindings(QKeySequence::FindNext))
+    if (!keys.contains(key)) keys.append(key);
+  return keys;
+}
+
 // The title as a menu shows it: "&" before the mnemonic, any "&" of the title doubled.
 QString withMnemonic(std::string_view title, char mnemonic) {
   QString text = qstring(title).replace(u'&', QStringLiteral("&&"));
@@ -100,6 +108,10 @@ std::vector<MenuLayout> menuLayouts() {
        {
            {C::copy, "Copy", 'C', {K::Copy}},
            {C::paste, "Paste", 'P', {K::Paste}},
+           {C::find, kFindItem, 'F', {K::Find}, false, QAction::NoRole, true},
+           {C::findNext, kFindNextItem, 'N', findNextKeys()},
+           // Ctrl+Shift+G opens the chart; the find bar's field takes it for itself.
+           {C::findPrevious, kFindPreviousItem, 'v', {K(QStringLiteral("Shift+F3"))}},
        }},
       {kViewMenuTitle,
        'V',

@@ -129,6 +129,9 @@ void connectMenuActions(AppContext& app) {
   forViewController(app, C::smallerFont, &ViewController::decFontSize);
   forViewController(app, C::convertToCsv, &ViewController::doConversion);
   forViewController(app, C::showAsTable, &ViewController::setTableMode);
+  forViewController(app, C::find, &ViewController::showFind);
+  forViewController(app, C::findNext, &ViewController::findNext);
+  forViewController(app, C::findPrevious, &ViewController::findPrevious);
   forViewController(app, C::exportPrefs, &ViewController::exportPrefs);
   forViewController(app, C::importPrefs, &ViewController::importPrefs);
 }

@@ -6,6 +6,8 @@
 // ASCII text against an ASCII needle, the usual case, is compared byte by byte.
 // Not shared between threads.
 
+#include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -22,14 +24,22 @@ class CaselessText {
 
   // An empty needle is contained in no text.
   bool foundIn(std::string_view text);
+  // Calls found(begin, end) with the bytes of each occurrence in text, left to right and apart
+  // (after a match the search goes on at its end), until found returns false.
+  void forEachIn(std::string_view text, const std::function<bool(size_t, size_t)>& found);
 
  private:
   struct Folded;
-  bool foundAsAscii(std::string_view text) const;
+  // Where the needle next occurs at or after from, in ASCII text; npos when nowhere.
+  size_t nextAsAscii(std::string_view text, size_t from) const;
+  // The ASCII needle in text whose other characters cannot fold into any part of it.
+  void forEachAmongOthers(std::string_view text,
+                          const std::function<bool(size_t, size_t)>& found) const;
 
   std::string lowerAscii_;  // the needle in ASCII lower case, when the byte path may be used
   bool asciiPath_ = false;
   bool empty_ = true;
+  bool needsOthers_ = false;  // the folded needle holds characters beyond ASCII
   std::unique_ptr<Folded> folded_;
 };
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "engine/core/caseless_search.h"
+#include "engine/core/icu_regex.h"
 
 namespace kavor {
 
@@ -45,14 +46,11 @@ struct LogFilter::Regex {
   ~Regex() { utext_close(&message); }
 
   static std::unique_ptr<Regex> compile(std::string_view text, FilterBudget budget) {
+    auto compiled = compileRegex(text);
+    if (!compiled) return nullptr;
     auto regex = std::make_unique<Regex>(std::move(budget));
+    regex->pattern = std::move(*compiled);
     UErrorCode status = U_ZERO_ERROR;
-    UParseError where;
-    regex->pattern.reset(
-        icu::RegexPattern::compile(icu::UnicodeString::fromUTF8(icu::StringPiece(
-                                       text.data(), static_cast<int32_t>(text.size()))),
-                                   0, where, status));
-    if (U_FAILURE(status)) return nullptr;
     regex->matcher.reset(regex->pattern->matcher(status));
     if (U_FAILURE(status)) return nullptr;
     regex->matcher->setTimeLimit(kMatchTimeLimit, status);

@@ -18,6 +18,9 @@ inline constexpr std::string_view kWindowsMenuTitle = "Windows";
 inline constexpr std::string_view kHelpMenuTitle = "Help";
 
 inline constexpr std::string_view kOpenJsonLogItem = "Open JSON Log\u2026";
+inline constexpr std::string_view kFindItem = "Find\u2026";
+inline constexpr std::string_view kFindNextItem = "Find Next";
+inline constexpr std::string_view kFindPreviousItem = "Find Previous";
 inline constexpr std::string_view kEnableChartViewItem = "Enable Chart View";
 inline constexpr std::string_view kOpenChartItem = "Open Chart";
 inline constexpr std::string_view kLogarchiveToolItem = "Logarchive Tool";
