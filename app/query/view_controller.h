@@ -209,14 +209,13 @@ class ViewController final : public QWidget {
   EntryTableModel* tableModel_ = nullptr;
   bool tableMode_ = false;
   // Find: the matches live in the result view as its marks. A search's generation drops the
-  // matches of one superseded before they arrived; the text a search off the main thread reads
-  // is a copy, made once per shown text, since the document may replace its own meanwhile.
+  // matches of one superseded before they arrived. A search off the main thread holds the shown
+  // text with it, so a result replaced or a trailer appended meanwhile leaves it whole.
   uint64_t findGeneration_ = 0;
   std::stop_source findStop_;
   bool finding_ = false;
   bool findAgainQueued_ = false;
   MatchCount foundCount_;
-  std::shared_ptr<const std::string> findText_;
 };
 
 }  // namespace kavor::app

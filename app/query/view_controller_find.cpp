@@ -70,7 +70,6 @@ void ViewController::closeFind() {
   findStop_.request_stop();
   ++findGeneration_;
   finding_ = false;
-  findText_.reset();
   foundCount_ = {};
   findBar().hide();
   resultView().setHighlights({}, 0);
@@ -79,7 +78,6 @@ void ViewController::closeFind() {
 
 void ViewController::findAgainLater() {
   // Offsets into the old text mean nothing in the new one.
-  findText_.reset();
   findStop_.request_stop();
   ++findGeneration_;
   // An open bar's matches are due again.
@@ -114,14 +112,14 @@ void ViewController::runFind() {
     showFound(findInText(text, query));
     return;
   }
-  if (!findText_) findText_ = std::make_shared<const std::string>(text);
   finding_ = true;
   findBar().setStatus(tr("Searching\u2026"));
   owner->record().processingQueue->addOperation(
-      [self = QPointer(this), generation, &mainThread = app_.mainThread(), text = findText_,
-       query = std::move(query), stop = findStop_.get_token()] {
-        // On the document's processingQueue: reads its own copy of the text, nothing else.
-        auto found = std::make_shared<Expected<TextMatches>>(findInText(*text, query, stop));
+      [self = QPointer(this), generation, &mainThread = app_.mainThread(),
+       text = shown().sharedStyled(), query = std::move(query), stop = findStop_.get_token()] {
+        // On the document's processingQueue: reads the text as it was, which a save's trailer
+        // appended meanwhile leaves alone, and nothing else.
+        auto found = std::make_shared<Expected<TextMatches>>(findInText(text->text, query, stop));
         if (stop.stop_requested()) return;
         mainThread.post([self, generation, found] {
           // A closed window has gone; a newer search may have begun.

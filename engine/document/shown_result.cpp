@@ -19,16 +19,16 @@ size_t breakLength(std::string_view text, size_t next) {
 
 }  // namespace
 
-ShownResult::ShownResult() : lineStarts_{0} {}
+ShownResult::ShownResult() : styled_(std::make_shared<StyledText>()), lineStarts_{0} {}
 
 ShownResult::ShownResult(StyledText text, std::vector<StyleColumn> columns,
                          std::vector<ShownEntry> shown)
-    : styled_(std::move(text)),
-      fontedLength_(styled_.text.size()),
+    : styled_(std::make_shared<StyledText>(std::move(text))),
+      fontedLength_(styled_->text.size()),
       lineStarts_{0},
       columns_(std::move(columns)),
       shown_(std::move(shown)),
-      entriesEnd_(styled_.text.size()) {
+      entriesEnd_(styled_->text.size()) {
   indexFrom(0);
 }
 
@@ -40,7 +40,7 @@ ShownResult ShownResult::csv(std::string text) {
 
 void ShownResult::indexFrom(size_t line) {
   lineStarts_.resize(line + 1);
-  const std::string_view text = styled_.text;
+  const std::string_view text = styled_->text;
   const char* data = text.data();
   size_t at = lineStarts_.back();
   // Styled text breaks lines with LF only, unless a message brought other breaks: then every
@@ -73,12 +73,12 @@ void ShownResult::indexFrom(size_t line) {
 }
 
 size_t ShownResult::paragraphCount() const {
-  const bool lastEmpty = lineStarts_.back() == styled_.text.size();
+  const bool lastEmpty = lineStarts_.back() == text().size();
   return lineStarts_.size() - (lastEmpty ? 1 : 0);
 }
 
 std::string_view ShownResult::line(size_t line) const {
-  const std::string_view text = styled_.text;
+  const std::string_view text = styled_->text;
   const size_t begin = lineStarts_[line];
   if (line + 1 == lineStarts_.size()) return text.substr(begin);
   const size_t next = lineStarts_[line + 1];
@@ -91,7 +91,7 @@ size_t ShownResult::lineOf(size_t offset) const {
 }
 
 std::span<const ColourRun> ShownResult::runsIn(size_t begin, size_t end) const {
-  const auto& runs = styled_.runs;
+  const auto& runs = styled_->runs;
   const auto first =
       std::lower_bound(runs.begin(), runs.end(), begin,
                        [](const ColourRun& r, size_t at) { return r.begin + r.length <= at; });
@@ -111,7 +111,8 @@ std::optional<size_t> ShownResult::shownAt(size_t offset) const {
 }
 
 void ShownResult::appendUnfonted(std::string_view text) {
-  styled_.text += text;
+  if (styled_.use_count() > 1) styled_ = std::make_shared<StyledText>(*styled_);
+  styled_->text += text;
   // The last line may grow, or a CR at its end meet an LF.
   indexFrom(lineStarts_.size() - 1 - (lineStarts_.size() > 1 ? 1 : 0));
 }

@@ -2,9 +2,11 @@
 // What a main window shows: the text of the last styling or conversion with its colours, an
 // index of its lines so that a view lays out only those on screen, the entries each line came
 // from, and the trailers that styled saves appended. The document owns it; the view, saving,
-// the counts and find read it here, never from a widget. Main thread only.
+// the counts and find read it here, never from a widget. Main thread only; a worker may hold
+// the styled text through sharedStyled(), and an append then leaves that copy as it was.
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -28,10 +30,12 @@ class ShownResult {
   static ShownResult csv(std::string text);
   bool isCsv() const { return csv_; }
 
-  const StyledText& styled() const { return styled_; }
-  const std::string& text() const { return styled_.text; }
+  const StyledText& styled() const { return *styled_; }
+  const std::string& text() const { return styled_->text; }
+  // The styled text as it is now, for work off the main thread: later appends do not reach it.
+  std::shared_ptr<const StyledText> sharedStyled() const { return styled_; }
   // The text as styled or converted, without the trailers that styled saves appended.
-  std::string_view ownText() const { return std::string_view(styled_.text).substr(0, entriesEnd_); }
+  std::string_view ownText() const { return std::string_view(text()).substr(0, entriesEnd_); }
   // Bytes before this carry the view's font; later ones, the appended trailers, do not.
   size_t fontedLength() const { return fontedLength_; }
 
@@ -59,12 +63,13 @@ class ShownResult {
   // A styled save's trailer: in the text colour, with no font of its own.
   void appendUnfonted(std::string_view text);
   // The view's font now covers everything, the trailers too.
-  void fontAll() { fontedLength_ = styled_.text.size(); }
+  void fontAll() { fontedLength_ = text().size(); }
 
  private:
   void indexFrom(size_t line);
 
-  StyledText styled_;
+  // Never null; shared with workers until an append copies it.
+  std::shared_ptr<StyledText> styled_;
   size_t fontedLength_ = 0;
   std::vector<size_t> lineStarts_;
   size_t longestLine_ = 0;

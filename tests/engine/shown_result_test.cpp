@@ -31,7 +31,11 @@ TEST(ShownResult, LinesFollowEveryBreakAndCountAsParagraphs) {
 
 TEST(ShownResult, TrailersJoinTheLastBreakAndBelongToNoEntry) {
   ShownResult shown(StyledText{"one\ntwo\r", {{0, 3, TextColour::red}}}, {}, {{0, 7}, {4, 9}});
+  // A search off the main thread holds the text as it was; the trailer goes to the result only.
+  const std::shared_ptr<const StyledText> searched = shown.sharedStyled();
   shown.appendUnfonted("\nAt noon");
+  EXPECT_EQ(searched->text, "one\ntwo\r");
+  EXPECT_EQ(shown.text(), "one\ntwo\r\nAt noon");
   EXPECT_EQ(shown.lineCount(), 3u);  // CR then LF is one break
   EXPECT_EQ(shown.line(2), "At noon");
   EXPECT_EQ(shown.fontedLength(), 8u);
