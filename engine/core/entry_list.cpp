@@ -78,6 +78,37 @@ FieldValue EntryList::value(size_t index, EntryKey key) const {
   }
 }
 
+std::span<const TextTally> EntryList::eventTypeTally() const {
+  if (!storage_) return {};
+  Storage& s = *storage_;
+  std::call_once(s.eventTypesTallied, [&] {
+    // Interned texts share their reference, so the few types are told apart by it; texts that
+    // were not interned are merged by their bytes after.
+    std::vector<std::pair<uint64_t, size_t>> byReference;
+    for (size_t i = 0; i < count_; ++i) {
+      const uint64_t cell = s.cells.row(i)[static_cast<int>(EntryKey::eventType)];
+      if (cells::tagOf(cell) != cells::kText) continue;
+      const uint64_t reference = cells::payloadOf(cell);
+      auto seen = std::find_if(byReference.begin(), byReference.end(),
+                               [&](const auto& r) { return r.first == reference; });
+      if (seen == byReference.end())
+        byReference.emplace_back(reference, 1);
+      else
+        ++seen->second;
+    }
+    for (const auto& [reference, count] : byReference) {
+      const std::string_view text = s.arena.text(reference);
+      auto same = std::find_if(s.eventTypes.begin(), s.eventTypes.end(),
+                               [&](const TextTally& t) { return t.text == text; });
+      if (same == s.eventTypes.end())
+        s.eventTypes.push_back({text, count});
+      else
+        same->count += count;
+    }
+  });
+  return s.eventTypes;
+}
+
 size_t EntryList::memoryBytes() const {
   if (!storage_) return sizeof(*this);
   return sizeof(*this) + sizeof(Storage) + count_ * kEntryKeyCount * sizeof(uint64_t) +

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -63,6 +64,11 @@ class FieldValue {
 
 class EntryListBuilder;
 
+struct TextTally {
+  std::string_view text;
+  size_t count = 0;
+};
+
 class EntryList {
  public:
   EntryList();
@@ -77,6 +83,10 @@ class EntryList {
   // False for elements of the array that were not objects (they have no keys), and past the end.
   bool isRecord(size_t index) const;
   FieldValue value(size_t index, EntryKey key) const;
+  // How many entries hold each text "eventType", in order of first appearance; entries with
+  // none, or another kind of value, are left out. Counted once, on first asking, from any
+  // thread: every restyle that the limit cuts needs the whole list's count.
+  std::span<const TextTally> eventTypeTally() const;
 
   // Bytes held by the list, for memory accounting.
   size_t memoryBytes() const;

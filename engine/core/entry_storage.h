@@ -7,6 +7,7 @@
 
 #include <bit>
 #include <cstdint>
+#include <mutex>
 #include <vector>
 
 #include "engine/core/entry_key.h"
@@ -80,6 +81,8 @@ struct EntryList::Storage {
   TextArena arena;
   TextInterner interner{arena};
   std::vector<size_t> nonRecords;  // indices of elements that were not objects, ascending
+  std::once_flag eventTypesTallied;
+  std::vector<TextTally> eventTypes;
 };
 
 }  // namespace kavor

@@ -14,16 +14,11 @@ namespace {
 constexpr StyleColumn kMessage{EntryKey::eventMessage, FieldKind::text, FieldCut::none,
                                TextColour::text};
 
-// The walk stopped at entry `from` with `counted` entries counted: a cut only when entries the
-// limit would count are left.
-std::optional<LimitCut> limitCutAt(const StylerInput& input, size_t from, int64_t counted) {
-  const EntryList& entries = *input.entries;
-  size_t total = static_cast<size_t>(counted);
-  for (size_t i = from; i < entries.size(); ++i) {
-    if (input.stop.stop_requested()) return std::nullopt;
-    if (input.show.shows(entries.value(i, EntryKey::eventType))) ++total;
-  }
-  if (total == static_cast<size_t>(counted)) return std::nullopt;
+// The walk stopped with `counted` entries counted: a cut only when the list holds more that the
+// limit would count.
+std::optional<LimitCut> limitCutAt(const StylerInput& input, int64_t counted) {
+  const size_t total = input.show.countShown(*input.entries);
+  if (total <= static_cast<size_t>(counted)) return std::nullopt;
   return LimitCut{static_cast<size_t>(counted), total};
 }
 
@@ -64,7 +59,7 @@ StyledEntries styleEntries(const StylerInput& input) {
   int64_t passed = 0;
   for (size_t i = 0; i < entries.size(); ++i) {
     if (input.limitEntries && passed > input.theLogCap) {
-      out.limitCut = limitCutAt(input, i, passed);
+      out.limitCut = limitCutAt(input, passed);
       break;
     }
     if (input.stop.stop_requested()) break;

@@ -20,12 +20,20 @@ struct ShowSwitches {
   // Only the three named types can be hidden: an entry without "eventType", or with any other
   // value, always passes.
   bool shows(const FieldValue& eventType) const {
-    if (eventType.kind() != ValueKind::text) return true;
-    const std::string_view type = eventType.text();
+    return eventType.kind() != ValueKind::text || showsType(eventType.text());
+  }
+  bool showsType(std::string_view type) const {
     if (type == kLogEventType) return showLogEntries;
     if (type == kSignpostEventType) return showSignposts;
     if (type == kActivityCreateEventType) return showActivities;
     return true;
+  }
+  // How many of the list's entries pass, from its tally of types rather than a walk.
+  size_t countShown(const EntryList& entries) const {
+    size_t shown = entries.size();
+    for (const TextTally& type : entries.eventTypeTally())
+      if (!showsType(type.text)) shown -= type.count;
+    return shown;
   }
 };
 

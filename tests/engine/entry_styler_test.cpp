@@ -275,6 +275,12 @@ TEST(EntryStyler, LimitSaysWhenItCutAndOfHowMany) {
   EXPECT_FALSE(styleEntries(s.input).limitCut);
   s.input.theLogCap = 1248;
   EXPECT_EQ(styleEntries(s.input).limitCut, (LimitCut{1249, 1250}));
+  // Entries without a text type, and elements that are not objects, always count.
+  const EntryList mixed = decoded(R"([{"eventType" : "logEvent"}, {"eventType" : "logEvent"}, 3,
+    {"eventType" : 7}, {"eventType" : "activityCreateEvent"}, {}])");
+  s.input.entries = &mixed;
+  s.input.theLogCap = 0;
+  EXPECT_EQ(styleEntries(s.input).limitCut, (LimitCut{1, 5}));
   // The numbers as the locale groups them.
   EXPECT_EQ(limitNotice({1000, 30020}, "de_DE"),
             "Showing the first 1.000 of 30.020 entries: the entry limit is on");
