@@ -138,6 +138,8 @@ class ViewController final : public QWidget {
   // The table holds the shown result only while it is on screen: its row header costs memory
   // per row, kept after the rows are gone.
   void fillTable();
+  // Lets go of the shown result; a header that held rows is replaced.
+  void emptyTable();
   void resetRowHeader();
   void connectComboBox(QComboBox* box, ComboBoxModel& model, void (ViewController::*action)());
   void showComboBoxes();

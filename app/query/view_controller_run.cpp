@@ -211,7 +211,7 @@ void ViewController::applyShown(ShownResult result, const StyledEntries& counts)
   ShownResult& target = shown();
   // The views let go of the old result before it is freed.
   resultView().setResult(nullptr);
-  tableModel_->setResult(nullptr, nullptr);
+  emptyTable();
   ui_->entryDetail->clear();
   target = std::move(result);
   resultView().setResult(&target);

@@ -54,11 +54,15 @@ void ViewController::resetRowHeader() {
   table->setVerticalHeader(rows);
 }
 
+void ViewController::emptyTable() {
+  const bool hadRows = tableModel_->rowCount() > 0;
+  tableModel_->setResult(nullptr, nullptr);
+  if (hadRows) resetRowHeader();
+}
+
 void ViewController::fillTable() {
   const AppDocument* owner = document();
-  const bool filled = tableModel_->rowCount() > 0;
-  tableModel_->setResult(nullptr, nullptr);
-  if (filled) resetRowHeader();
+  emptyTable();
   tableModel_->setDarkColours(prefersDarkColours(ui_->resultTable->palette()));
   if (tableMode_ && owner) tableModel_->setResult(owner->record().theJSONDictionaries, &shown());
 }
